@@ -1,0 +1,77 @@
+#include "adapters/json/ExactNumber.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace nd::adapters::json {
+namespace {
+
+constexpr double twoTo63 = 9223372036854775808.0;
+constexpr double twoTo64 = 18446744073709551616.0;
+
+ExactNumber asDouble(double value) {
+  return {NumberClass::Double, std::bit_cast<std::uint64_t>(value)};
+}
+
+template <typename Integer>
+bool parse(std::string_view literal, Integer& value) {
+  const auto [end, error] = std::from_chars(literal.data(), literal.data() + literal.size(), value);
+  return error == std::errc() && end == literal.data() + literal.size();
+}
+
+/// Tell whether a double is the integer that a literal spells, however long.
+bool spells(std::string_view literal, double value) {
+  std::array<char, std::numeric_limits<double>::max_exponent10 + 3> digits{};
+  const auto [end, error] =
+      std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, 0);
+  return error == std::errc() &&
+         std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())) == literal;
+}
+
+}  // namespace
+
+ExactNumber exactNumber(std::string_view literal, double rounded) {
+  if (std::abs(rounded) < firstInexactInteger) return asDouble(rounded);
+  if (literal.find_first_of(".eE") != std::string_view::npos) return asDouble(rounded);
+  if (std::int64_t value = 0; parse(literal, value)) {
+    return isExactAsDouble(value) ? asDouble(rounded)
+                                  : ExactNumber{NumberClass::Int64, static_cast<std::uint64_t>(value)};
+  }
+  if (std::uint64_t value = 0; parse(literal, value)) {
+    return isExactAsDouble(value) ? asDouble(rounded) : ExactNumber{NumberClass::UInt64, value};
+  }
+  return spells(literal, rounded) ? asDouble(rounded) : ExactNumber{};
+}
+
+std::string_view numberLiteral(std::string_view text) noexcept {
+  return text.substr(0, text.find_first_not_of("0123456789+-.eE"));
+}
+
+bool holdsOnlyIntegers(std::string_view excerpt) noexcept {
+  return excerpt.find_first_of(".eE") == std::string_view::npos &&
+         excerpt.find("-0") == std::string_view::npos;
+}
+
+bool fitsInt64(double value) noexcept {
+  return value >= -twoTo63 && value < twoTo63 && std::trunc(value) == value;
+}
+
+bool fitsUInt64(double value) noexcept {
+  return value >= 0 && value < twoTo64 && std::trunc(value) == value;
+}
+
+bool isExactAsDouble(std::int64_t value) noexcept {
+  const auto nearest = static_cast<double>(value);
+  return nearest < twoTo63 && static_cast<std::int64_t>(nearest) == value;
+}
+
+bool isExactAsDouble(std::uint64_t value) noexcept {
+  const auto nearest = static_cast<double>(value);
+  return nearest < twoTo64 && static_cast<std::uint64_t>(nearest) == value;
+}
+
+}  // namespace nd::adapters::json

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "adapters/json/PaddedText.h"
+
+namespace nd::adapters::json {
+
+enum class FileFailureKind {
+  Inaccessible,  ///< it isn't there, is no regular file, or can't be read
+  NoPermission,  ///< the process has no right to it
+  TooLarge       ///< it is larger than `maximumFileSize`
+};
+
+/// A file that can't be read. `what` is a sentence for people, without the file's name.
+class FileFailure : public std::runtime_error {
+ public:
+  FileFailure(FileFailureKind kind, const std::string& words) : std::runtime_error(words), kind_(kind) {}
+
+  FileFailureKind kind() const noexcept { return kind_; }
+
+ private:
+  FileFailureKind kind_;
+};
+
+/// Make the failure that an error number of the system stands for.
+FileFailure fileFailure(int errorNumber);
+
+/// Tell whether there is a regular file at the path; false too if that can't be found out.
+bool isRegularFile(const std::string& path) noexcept;
+
+/// Check that a regular file is there and can be opened for reading. Raises `FileFailure`.
+void checkFile(const std::string& path);
+
+/// Read all of a regular file; it is closed on return. A pipe or a device is refused and not opened, so the
+/// call doesn't wait for anyone. Raises `FileFailure`.
+PaddedText readFile(const std::string& path);
+
+/// Give the checksum of a regular file's content, as `checksumOf` does of the same bytes, with little memory
+/// whatever its size. Raises `FileFailure`.
+std::u16string checksumOfFile(const std::string& path);
+
+}  // namespace nd::adapters::json

@@ -1,0 +1,172 @@
+#include "adapters/json/JsonAdapter.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "adapters/json/Checksum.h"
+#include "adapters/json/FileAccess.h"
+#include "adapters/json/FormatFailure.h"
+#include "adapters/json/Reader.h"
+#include "adapters/json/WorkspaceReplacement.h"
+#include "nd_data_adapter/model/AdapterDiagnostic.h"
+#include "nd_data_adapter/model/AdapterError.h"
+#include "nd_data_adapter/model/MetaDataEntry.h"
+#include "nd_data_adapter/model/URIOperations.h"
+#include "platform/foundation/ElementMap.h"
+#include "platform/services/FileSystem.h"
+#include "platform/text/Convert.h"
+#include "platform/text/FoldedCompare.h"
+
+namespace nd::adapters::json {
+namespace {
+
+using lx::services::FileSystem;
+using nd::data::adapter::AdapterDiagnostic;
+using ndx::broker::URIOperations;
+
+constexpr std::u16string_view adapterName = u"JSON";
+constexpr std::u16string_view extension = u"json";
+
+AdapterDiagnostic diagnosticOf(FileFailureKind kind) {
+  switch (kind) {
+    case FileFailureKind::NoPermission:
+      return AdapterDiagnostic::NoPermission;
+    case FileFailureKind::TooLarge:
+      return AdapterDiagnostic::Unsupported;
+    case FileFailureKind::Inaccessible:
+      break;
+  }
+  return AdapterDiagnostic::Inaccessible;
+}
+
+}  // namespace
+
+CPPAdapterV2* JsonAdapter::clone() {
+  return new JsonAdapter;
+}
+
+std::u16string JsonAdapter::getAdapterName() {
+  return std::u16string(adapterName);
+}
+
+std::vector<std::u16string> JsonAdapter::getSupportedExtensions() {
+  return {u"." + std::u16string(extension)};
+}
+
+bool JsonAdapter::isSourceValid(const std::u16string& source) {
+  return URIOperations::exists(source) && isRegularFile(lx::text::toUtf8(URIOperations::removeTag(source)));
+}
+
+bool JsonAdapter::supportsReading(const std::u16string& source) {
+  return lx::text::equalNormalizedIgnoringCase(URIOperations::getExtension(source), extension);
+}
+
+bool JsonAdapter::supportsWriting(const std::u16string&) {
+  return false;
+}
+
+bool JsonAdapter::open(const std::u16string& source) {
+  std::u16string itsSource = source;
+  std::u16string location = URIOperations::removeTag(source);
+  std::string path = lx::text::toUtf8(location);
+  close();
+  source_ = std::move(itsSource);
+  location_ = std::move(location);
+  path_ = std::move(path);
+  isOpen_ = true;
+  try {
+    checkRights();
+  } catch (const FileFailure&) {
+    return false;
+  }
+  return true;
+}
+
+bool JsonAdapter::close() {
+  lastChecksum_.clear();
+  lastWorkspace_.reset();
+  return std::exchange(isOpen_, false);
+}
+
+std::u16string JsonAdapter::getCurrentChecksum() {
+  if (!isOpen_) return {};
+  try {
+    return checksumOfFile(path_);
+  } catch (const FileFailure&) {
+    return {};
+  }
+}
+
+bool JsonAdapter::hasData() {
+  if (!isOpen_) return false;
+  try {
+    return !readVariables(readFile(path_)).empty();
+  } catch (const FileFailure&) {
+    return false;
+  } catch (const FormatFailure&) {
+    return false;
+  }
+}
+
+bool JsonAdapter::getData(const Workspace& dataCache, MetaDataCache& metaDataCache,
+                          const std::u16string& prevChecksum, nd::data::adapter::AdapterError& error) {
+  const auto fail = [&](AdapterDiagnostic diagnostic, std::string_view words) {
+    error.setError(diagnostic, lx::text::toUtf16(words), getAdapterName(), source_);
+    return false;
+  };
+  if (!isOpen_) return fail(AdapterDiagnostic::GenericFailure, "No source is open.");
+  try {
+    read(dataCache, metaDataCache, prevChecksum);
+  } catch (const FileFailure& failure) {
+    return fail(diagnosticOf(failure.kind()), failure.what());
+  } catch (const FormatFailure& failure) {
+    return fail(AdapterDiagnostic::UnrecognizedFormat, failure.what());
+  }
+  return true;
+}
+
+bool JsonAdapter::writeData(const Workspace&, const Workspace&, MetaDataCache&,
+                            const nd::data::adapter::ChangeReport&, nd::data::adapter::AdapterError& error) {
+  error.setError(AdapterDiagnostic::Unsupported, u"JSON files are read only, not written.", getAdapterName(),
+                 source_);
+  return false;
+}
+
+void JsonAdapter::read(const Workspace& dataCache, MetaDataCache& metaDataCache,
+                       const std::u16string& prevChecksum) {
+  checkRights();
+  auto content = std::make_unique<PaddedText>(readFile(path_));
+  std::u16string checksum = checksumOf(content->content());
+  if (prevChecksum == checksum && wasReadInto(dataCache, checksum)) return;
+  const std::vector<Variable> variables = readVariables(*content);
+  content.reset();
+
+  WorkspaceReplacement replacement(dataCache, variables);
+  metaDataCache.clear();
+  replacement.keep();
+  lastChecksum_ = std::move(checksum);
+  lastWorkspace_ = dataCache;
+}
+
+void JsonAdapter::checkRights() const {
+  // The system's own refusal names the cause; beyond that the host may forbid more than the system does.
+  checkFile(path_);
+  try {
+    const FileSystem& host = FileSystem::current();
+    if (host.access(location_, FileSystem::read_access)) return;
+    throw fileFailure(host.exists(location_) ? EACCES : ENOENT);
+  } catch (const std::filesystem::filesystem_error& error) {
+    throw fileFailure(error.code().value());
+  }
+}
+
+bool JsonAdapter::wasReadInto(const Workspace& dataCache, const std::u16string& checksum) const {
+  const bool isSameWorkspace =
+      !lastWorkspace_.owner_before(dataCache) && !dataCache.owner_before(lastWorkspace_);
+  return !lastChecksum_.empty() && lastChecksum_ == checksum && isSameWorkspace;
+}
+
+}  // namespace nd::adapters::json

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <boost/smart_ptr/shared_ptr.hpp>
+#include <boost/smart_ptr/weak_ptr.hpp>
+
+#include "adapters/json/export.h"
+#include "nd_data_adapter/broker/CPPAdapterV2.h"
+
+namespace nd::adapters::json {
+
+/// Reads the members of the object at the top of a JSON file as variables; `docs/formats/json.md` tells how
+/// values map. It doesn't write.
+///
+/// The file is read whole at each `getData` and closed again; between reads the adapter holds nothing of it.
+/// Data and metadata of the client are replaced once all of the file has been read, and stay as they are if
+/// it can't be.
+class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
+ public:
+  CPPAdapterV2* clone() override;
+  std::u16string getAdapterName() override;
+  std::vector<std::u16string> getSupportedExtensions() override;
+
+  /// Tells whether the source is a regular file. Rights are not looked at.
+  bool isSourceValid(const std::u16string& source) override;
+
+  /// Tells whether the source has the adapter's extension; the file is not looked at.
+  bool supportsReading(const std::u16string& source) override;
+  bool supportsWriting(const std::u16string& source) override;
+
+  /// Binds to the source. False if its file can't be opened for reading now; the next `getData` then says
+  /// why, unless it can be by then.
+  bool open(const std::u16string& source) override;
+  bool close() override;
+
+  /// Gives the checksum of the file's content as it is now; empty if the file can't be read.
+  std::u16string getCurrentChecksum() override;
+
+  /// Tells whether the file can be read and holds at least one variable. That takes as long as reading it.
+  bool hasData() override;
+
+  /// Reads the file into the workspace and leaves no metadata.
+  ///
+  /// If `prevChecksum` is that of the content now, and this object has read the same content into the same
+  /// workspace before, both caches are left as they are. Failures: `Inaccessible` for a file that isn't
+  /// there, is no regular file or can't be read, `NoPermission`, `Unsupported` for one that is too large,
+  /// `UnrecognizedFormat` with line and column for a content that can't be read, and `GenericFailure` when
+  /// nothing is open.
+  bool getData(const Workspace& dataCache, MetaDataCache& metaDataCache, const std::u16string& prevChecksum,
+               nd::data::adapter::AdapterError& error) override;
+
+  /// States `Unsupported`; nothing is written.
+  bool writeData(const Workspace& dataCache, const Workspace& conditionalCache, MetaDataCache& metaDataCache,
+                 const nd::data::adapter::ChangeReport& diff,
+                 nd::data::adapter::AdapterError& error) override;
+
+ private:
+  void read(const Workspace& dataCache, MetaDataCache& metaDataCache, const std::u16string& prevChecksum);
+  void checkRights() const;
+  bool wasReadInto(const Workspace& dataCache, const std::u16string& checksum) const;
+
+  bool isOpen_ = false;
+  std::u16string source_;
+  /// The source without its tag, and the same for the system.
+  std::u16string location_;
+  std::string path_;
+  /// What the last read that succeeded has read, and into what.
+  std::u16string lastChecksum_;
+  boost::weak_ptr<inWorkSpace_tag> lastWorkspace_;
+};
+
+}  // namespace nd::adapters::json

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include <boost/container/small_vector.hpp>
+#include <boost/optional.hpp>
+
+#include "adapters/json/Block.h"
+#include "platform/text/Hash.h"
+
+namespace nd::adapters::json {
+
+/// Collects the names of one object's members and notices one that comes twice.
+///
+/// As long as they come as expected, in the same order, nothing is copied: so the objects of an array share
+/// one list.
+class MemberNames {
+ public:
+  explicit MemberNames(std::shared_ptr<const MemberNameList> expected = nullptr) noexcept;
+
+  /// Add a name that stands at an offset of the text. A name that is there already is not added; the result
+  /// is then the number that it was added under, else none.
+  boost::optional<std::size_t> add(std::string_view name, std::size_t offset);
+
+  /// Tell where a name stands that was added, counted from 0.
+  std::size_t offsetOf(std::size_t position) const { return offsets_[position]; }
+
+  /// Give the names in the order in which they were added. Nothing is added afterwards.
+  std::shared_ptr<const MemberNameList> finish();
+
+ private:
+  void keepOwn();
+  boost::optional<std::size_t> find(std::string_view name);
+
+  std::shared_ptr<const MemberNameList> expected_;
+  std::shared_ptr<MemberNameList> own_;
+  boost::container::small_vector<std::size_t, 16> offsets_;
+  /// Positions by name, once there are many.
+  std::unordered_map<std::string, std::size_t, lx::text::Hash, std::equal_to<>> index_;
+};
+
+}  // namespace nd::adapters::json

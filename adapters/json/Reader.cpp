@@ -1,0 +1,321 @@
+#include "adapters/json/Reader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <memory>
+#include <new>
+#include <string_view>
+#include <utility>
+
+// The checks allocate without looking whether there was memory, and what they watch can't happen on one walk.
+#define SIMDJSON_DEVELOPMENT_CHECKS 0
+#include <simdjson.h>
+
+#include "adapters/json/Block.h"
+#include "adapters/json/ExactNumber.h"
+#include "adapters/json/FormatFailure.h"
+#include "adapters/json/Gatherer.h"
+#include "adapters/json/Limits.h"
+#include "adapters/json/MemberNames.h"
+#include "adapters/json/Place.h"
+#include "adapters/json/SyntaxCheck.h"
+#include "adapters/json/Wording.h"
+#include "platform/text/Convert.h"
+
+namespace nd::adapters::json {
+namespace {
+
+namespace ondemand = simdjson::ondemand;
+
+static_assert(PaddedText::padding >= simdjson::SIMDJSON_PADDING);
+static_assert(maximumFileSize <= simdjson::SIMDJSON_MAXSIZE_BYTES);
+
+bool isLetter(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+}
+
+bool isNameCharacter(char character) {
+  return isLetter(character) || (character >= '0' && character <= '9') || character == '_';
+}
+
+/// Walks a document once, from the front to the back.
+class Reader {
+ public:
+  explicit Reader(std::string_view text) : text_(text) {}
+
+  std::vector<Variable> read() {
+    const simdjson::padded_string_view padded(text_.data(), text_.size(),
+                                              text_.size() + simdjson::SIMDJSON_PADDING);
+    take(parser_.iterate(padded), document_);
+    ondemand::object top;
+    take(document_.get_object(), top);
+    std::vector<Variable> variables = readTop(top);
+    if (document_.current_location().error() != simdjson::OUT_OF_BOUNDS) refuse(simdjson::TRAILING_CONTENT);
+    return variables;
+  }
+
+ private:
+  /// Counts a level of nesting for as long as it lives.
+  class Level {
+   public:
+    Level(Reader& reader, std::size_t offset) : reader_(reader) {
+      if (reader_.depth_ == maximumDepth) {
+        reader_.fail(offset, "expected at most " + std::to_string(maximumDepth) +
+                                 " levels of objects and arrays, but found " +
+                                 describeFound(reader_.text_, offset));
+      }
+      ++reader_.depth_;
+    }
+    Level(const Level&) = delete;
+    Level& operator=(const Level&) = delete;
+    ~Level() { --reader_.depth_; }
+
+   private:
+    Reader& reader_;
+  };
+
+  template <typename T>
+  void take(simdjson::simdjson_result<T>&& result, T& value) {
+    if (const auto error = std::move(result).get(value)) refuse(error);
+  }
+
+  [[noreturn]] void fail(std::size_t offset, const std::string& words) const {
+    throw FormatFailure(placeOf(text_, offset), words);
+  }
+
+  /// State why the parser gave up, by a second, exact look at the text.
+  [[noreturn]] void refuse(simdjson::error_code error) const {
+    if (error == simdjson::MEMALLOC) throw std::bad_alloc();
+    if (const auto fault = findSyntaxFault(text_)) fail(fault->offset, fault->words);
+    fail(text_.size(), std::string("the parser gives up (") + simdjson::error_message(error) +
+                           "), although the text is well-formed");
+  }
+
+  [[noreturn]] void refuseNumber(simdjson::error_code error, std::size_t offset) const {
+    if (error != simdjson::NUMBER_ERROR) refuse(error);
+    const std::string_view literal = numberLiteral(text_.substr(offset));
+    const auto fault = findSyntaxFault(text_);
+    if (fault && fault->offset <= offset + literal.size()) fail(fault->offset, fault->words);
+    fail(offset, "expected a number within the range of a double, but found " + shorten(literal));
+  }
+
+  std::size_t offsetOf(const char* position) const {
+    return static_cast<std::size_t>(position - text_.data());
+  }
+
+  std::size_t offsetOf(ondemand::value& value) { return offsetOf(value.raw_json_token().data()); }
+
+  /// The text from an offset to the token that comes next.
+  std::string_view excerptFrom(std::size_t begin) {
+    const char* next = nullptr;
+    take(document_.current_location(), next);
+    return text_.substr(begin, offsetOf(next) - begin);
+  }
+
+  std::vector<Variable> readTop(ondemand::object top) {
+    const Level level(*this, 0);
+    std::vector<Variable> variables;
+    MemberNames names;
+    readMembers(top, names, [&](std::string_view name, std::size_t offset, ondemand::value& value) {
+      checkVariableName(name, offset);
+      variables.emplace_back(std::string(name), nullptr);
+      const Block block = readValue(value);
+      variables.back().value = makeArray(stacks_, block);
+      stacks_.drop(block);
+    });
+    return variables;
+  }
+
+  void checkVariableName(std::string_view name, std::size_t offset) const {
+    const bool isName =
+        !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isNameCharacter);
+    if (!isName) {
+      fail(offset,
+           "expected the name of a variable (a letter, then letters, digits and underscores), but found " +
+               quoteName(name));
+    }
+    if (name.size() > maximumVariableNameLength) {
+      fail(offset, "expected a variable's name of at most " + std::to_string(maximumVariableNameLength) +
+                       " characters, but found " + std::to_string(name.size()));
+    }
+  }
+
+  template <typename Visit>
+  void readMembers(ondemand::object& object, MemberNames& names, const Visit& visit) {
+    for (auto member : object) {
+      ondemand::field field;
+      take(std::move(member), field);
+      const std::size_t offset = offsetOf(field.key().raw()) - 1;
+      const std::string_view name = unescape(field.key(), offsetOf(field.value()) - offset);
+      if (const auto earlier = names.add(name, offset)) {
+        fail(offset, "expected a name that the object doesn't have yet, but found " + quoteName(name) +
+                         ", which it has from " + describe(placeOf(text_, names.offsetOf(*earlier))));
+      }
+      visit(name, offset, field.value());
+    }
+  }
+
+  Block readValue(ondemand::value& value,
+                  const std::shared_ptr<const MemberNameList>& expectedNames = nullptr) {
+    ondemand::json_type type{};
+    take(value.type(), type);
+    switch (type) {
+      case ondemand::json_type::array:
+        return readArray(value);
+      case ondemand::json_type::object:
+        return readObject(value, expectedNames);
+      case ondemand::json_type::number:
+        return readNumber(value);
+      case ondemand::json_type::string:
+        return readString(value);
+      case ondemand::json_type::boolean:
+        return readTruth(value);
+      case ondemand::json_type::null:
+        break;
+    }
+    return readNull(value);
+  }
+
+  Block readArray(ondemand::value& value) {
+    const std::size_t begin = offsetOf(value);
+    const Level level(*this, begin);
+    ondemand::array array;
+    take(value.get_array(), array);
+    Gatherer gatherer(stacks_, text_.substr(begin));
+    for (auto item : array) {
+      ondemand::value element;
+      take(std::move(item), element);
+      const std::size_t offset = offsetOf(element);
+      if (isNumberAt(offset) && gatherer.takesDoubles()) {
+        const double number = readDouble(element, offset);
+        if (std::abs(number) < firstInexactInteger) {
+          if (stacks_.numbers.size() == stacks_.numbers.capacity()) makeRoomForNumbers(offset);
+          gatherer.addDouble(number);
+        } else {
+          gatherer.add(numberBlock(number, offset), offset - begin);
+        }
+        continue;
+      }
+      gatherer.add(readValue(element, gatherer.expectedNames()), offset - begin);
+    }
+    Block block = gatherer.finish();
+    if (isNumeric(block.kind)) block.excerpt = excerptFrom(begin);
+    return block;
+  }
+
+  /// Make room for as many numbers as the text holds if it goes on as it has begun. Room that is not used
+  /// costs addresses only, while growing step by step would move everything again and again.
+  void makeRoomForNumbers(std::size_t offset) {
+    constexpr std::size_t few = 1024;
+    const std::size_t count = stacks_.numbers.size();
+    if (count < few) return;
+    const std::size_t bytesPerNumber = std::max<std::size_t>(offset / count, 2);
+    const std::size_t expected = count + (text_.size() - offset) / bytesPerNumber;
+    stacks_.numbers.reserve(std::max(2 * count, expected + expected / 16));
+  }
+
+  Block readObject(ondemand::value& value, const std::shared_ptr<const MemberNameList>& expectedNames) {
+    const Level level(*this, offsetOf(value));
+    ondemand::object object;
+    take(value.get_object(), object);
+    const std::size_t begin = stacks_.arrays.size();
+    MemberNames names(expectedNames);
+    readMembers(object, names, [&](std::string_view, std::size_t, ondemand::value& member) {
+      const Block block = readValue(member);
+      hvArrayPtr array = makeArray(stacks_, block);
+      stacks_.drop(block);
+      stacks_.arrays.push_back(std::move(array));
+    });
+    return {BlockKind::Struct, {}, begin, {}, names.finish()};
+  }
+
+  /// Give a string without its escapes, valid until the next one. In the text it is at most `longest` bytes
+  /// long.
+  ///
+  /// The parser has a buffer of its own for that, but doesn't look whether there was memory for it.
+  std::string_view unescape(ondemand::raw_json_string raw, std::size_t longest) {
+    const std::size_t needed = longest + simdjson::SIMDJSON_PADDING;
+    if (unescaped_.size() < needed) unescaped_.resize(std::max(needed, 2 * unescaped_.size()));
+    std::uint8_t* end = unescaped_.data();
+    std::string_view text;
+    take(parser_.unescape(raw, end), text);
+    return text;
+  }
+
+  bool isNumberAt(std::size_t offset) const {
+    if (offset == text_.size()) return false;
+    const char character = text_[offset];
+    return character == '-' || (character >= '0' && character <= '9');
+  }
+
+  double readDouble(ondemand::value& value, std::size_t offset) {
+    double number = 0;
+    if (const auto error = value.get_double().get(number)) refuseNumber(error, offset);
+    return number;
+  }
+
+  Block readNumber(ondemand::value& value) {
+    const std::size_t offset = offsetOf(value);
+    return numberBlock(readDouble(value, offset), offset);
+  }
+
+  Block numberBlock(double rounded, std::size_t offset) {
+    const std::string_view literal = numberLiteral(text_.substr(offset));
+    const ExactNumber number = exactNumber(literal, rounded);
+    BlockKind kind = BlockKind::Double;
+    switch (number.numberClass) {
+      case NumberClass::Double:
+        break;
+      case NumberClass::Int64:
+        kind = BlockKind::Int64;
+        break;
+      case NumberClass::UInt64:
+        kind = BlockKind::UInt64;
+        break;
+      case NumberClass::None:
+        fail(offset, "expected an integer that a double, an int64 or a uint64 holds exactly, but found " +
+                         shorten(literal));
+    }
+    stacks_.numbers.push_back(number.bits);
+    return {kind, {}, stacks_.numbers.size() - 1, literal, nullptr};
+  }
+
+  Block readString(ondemand::value& value) {
+    const std::size_t longest = value.raw_json_token().size();
+    ondemand::raw_json_string raw;
+    take(value.get_raw_json_string(), raw);
+    stacks_.texts.emplace_back(lx::text::toUtf16(unescape(raw, longest)));
+    return {BlockKind::Text, {}, stacks_.texts.size() - 1, {}, nullptr};
+  }
+
+  Block readTruth(ondemand::value& value) {
+    bool truth = false;
+    take(value.get_bool(), truth);
+    stacks_.truths.push_back(truth);
+    return {BlockKind::Logical, {}, stacks_.truths.size() - 1, {}, nullptr};
+  }
+
+  Block readNull(ondemand::value& value) {
+    bool isNull = false;
+    take(value.is_null(), isNull);
+    if (!isNull) refuse(simdjson::N_ATOM_ERROR);
+    stacks_.texts.emplace_back();
+    return {BlockKind::Null, {}, stacks_.texts.size() - 1, {}, nullptr};
+  }
+
+  std::string_view text_;
+  ondemand::parser parser_;
+  ondemand::document document_;
+  BlockStacks stacks_;
+  std::vector<std::uint8_t> unescaped_;
+  std::size_t depth_ = 0;
+};
+
+}  // namespace
+
+std::vector<Variable> readVariables(const PaddedText& content) {
+  return Reader(content.text()).read();
+}
+
+}  // namespace nd::adapters::json

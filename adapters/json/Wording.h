@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Pieces of the sentences that say what is wrong with a text.
+namespace nd::adapters::json {
+
+/// Tell in words what stands at an offset, for the end of a sentence: "'}'", "a line break", "the end of the
+/// text". A word that begins with an ASCII letter is told whole.
+std::string describeFound(std::string_view text, std::size_t offset);
+
+/// Give a piece of a text so that it fits a line and can't drive a terminal; what is cut off is shown as "…".
+std::string shorten(std::string_view text);
+
+/// As above, in double quotes.
+std::string quoteName(std::string_view name);
+
+}  // namespace nd::adapters::json

@@ -1,0 +1,35 @@
+# Language, warnings, visibility and sanitizers, the same for every target of the project.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+find_program(ND_CCACHE ccache)
+if(ND_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  # A precompiled header carries its time of making; ccache has to be told to look past that.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${ND_CCACHE})
+endif()
+
+# nd_warnings: what every target of ours is compiled with, and nobody else's.
+add_library(nd_warnings INTERFACE)
+target_compile_options(nd_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Werror
+  -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wcast-align -Wcast-qual -Wformat=2 -Wnull-dereference
+  -Wimplicit-fallthrough -Wextra-semi)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(nd_warnings INTERFACE
+    -Wduplicated-cond -Wlogical-op -Wuseless-cast
+    # g++ 12 sees null dereferences and overflows in inlined standard containers that are not there.
+    -Wno-null-dereference -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread
+    -Wno-restrict)
+endif()
+
+if(ND_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  add_link_options(-fsanitize=address,undefined)
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)
+endif()

@@ -1,0 +1,53 @@
+#include "nd_data_adapter/model/URIOperations.h"
+
+#include "platform/services/FileSystem.h"
+
+namespace ndx::broker {
+
+namespace {
+
+using lx::services::FileSystem;
+
+/// Gives a path in the notation of the platform; an empty one stays empty.
+std::u16string normalised(const std::u16string& path) {
+  return path.empty() ? path : FileSystem::current().make_native_form(path, true);
+}
+
+}  // namespace
+
+bool URIOperations::exists(const std::u16string& uri) {
+  try {
+    return FileSystem::current().exists(removeTag(uri));
+  } catch (...) {
+    return false;
+  }
+}
+
+bool URIOperations::isReadable(const std::u16string& uri) {
+  constexpr int MayBeRead = 2;
+  try {
+    return FileSystem::current().access(removeTag(uri), MayBeRead);
+  } catch (...) {
+    return false;
+  }
+}
+
+std::u16string URIOperations::removeTag(const std::u16string& uri) {
+  const std::u16string shortened = removeValueOverrideSrcTag(uri);
+  const std::size_t tag = shortened.find(u'#');
+  return tag == std::u16string::npos ? uri : shortened.substr(0, tag);
+}
+
+std::u16string URIOperations::getFileNameWithExtension(const std::u16string& uri) {
+  return FileSystem::current().extract_filename(normalised(removeTag(uri)));
+}
+
+std::u16string URIOperations::getExtension(const std::u16string& uri) {
+  return FileSystem::current().extract_extension(normalised(removeTag(uri)));
+}
+
+std::u16string URIOperations::removeValueOverrideSrcTag(const std::u16string& uri) {
+  return uri.substr(0, uri.find(u'&'));
+}
+
+}  // namespace ndx::broker

@@ -1,0 +1,60 @@
+#include "nd_data_adapter/model/AdapterCacheV2.h"
+
+#include "nd_data_adapter/broker/CPPAdapterV2.h"
+#include "nd_data_adapter/broker/internal/Singletons.h"
+
+namespace nd::data::adapter {
+
+AdapterCacheV2 AdapterCacheV2::getInstance() {
+  return detail::cacheSingleton().get();
+}
+
+bool AdapterCacheV2::Impl::addCPPAdapterToCache(const std::shared_ptr<CPPAdapterV2>& adapter,
+                                                const std::u16string& adapterQualifier) {
+  if (cPPCache_.contains(adapterQualifier)) return false;
+  if (!adapter) return false;
+  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
+  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(getModel());
+  entry.setName(adapterQualifier);
+  entry.setAdapter(adapter);
+  getCPPCacheMutable().add(entry);
+  transaction.commit();
+  return true;
+}
+
+bool AdapterCacheV2::Impl::removeCPPAdapterFromCache(const std::u16string& adapterQualifier) {
+  const CPPAdapterV2Entry entry = cPPCache_.find(adapterQualifier);
+  if (!entry) return false;
+  // Declared before the transaction: the adapter goes when nothing is open any more and its entry is gone.
+  std::shared_ptr<CPPAdapterV2> adapter;
+  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
+  adapter = entry.adapter();
+  entry.destroy();
+  transaction.commit();
+  return true;
+}
+
+std::shared_ptr<CPPAdapterV2> AdapterCacheV2::Impl::getCPPAdapter(const std::u16string& adapterQualifier) {
+  const CPPAdapterV2Entry entry = cPPCache_.find(adapterQualifier);
+  return entry ? entry.adapter() : nullptr;
+}
+
+std::vector<std::u16string> AdapterCacheV2::Impl::getAllAdapterQualifiers() {
+  return cPPCache_.keys();
+}
+
+void AdapterCacheV2::Impl::aboutToDestroy() {
+  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
+  // An adapter may change the cache while it is closed, so the walk goes by key.
+  std::u16string qualifier;
+  for (CPPAdapterV2Entry entry = cPPCache_.first(); entry; entry = cPPCache_.findGreater(qualifier)) {
+    qualifier = entry.adapterName();
+    const std::shared_ptr<CPPAdapterV2> adapter = entry.adapter();
+    if (!adapter) continue;
+    adapter->close();
+    if (entry.isAlive()) entry.setAdapter(nullptr);
+  }
+  transaction.commit();
+}
+
+}  // namespace nd::data::adapter

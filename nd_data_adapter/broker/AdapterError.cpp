@@ -1,0 +1,83 @@
+#include "nd_data_adapter/model/AdapterError.h"
+
+#include <memory>
+
+#include "nd_data_adapter/broker/messages.h"
+#include "platform/services/Diagnostic.h"
+
+namespace nd::data::adapter {
+
+namespace {
+
+struct DestroyDiagnostic {
+  void operator()(ndsvDiagnosticImpl* diagnostic) const noexcept { ndsvDestroyDiagnostic(diagnostic); }
+};
+using DiagnosticPtr = std::unique_ptr<ndsvDiagnosticImpl, DestroyDiagnostic>;
+
+/// Makes the diagnostic of one error; null if it states no failure.
+DiagnosticPtr makeDiagnostic(AdapterDiagnostic id, const std::u16string& source,
+                             const std::u16string& message) {
+  namespace messages = ndx::messages;
+  const auto make = [](const lx::services::CatalogMessage& text) {
+    return DiagnosticPtr(ndsvCreateDiagnostic(text, u""));
+  };
+  switch (id) {
+    case AdapterDiagnostic::NoDiagnostic:
+      return nullptr;
+    case AdapterDiagnostic::GenericFailure:
+      return make(messages::AdapterErrorGeneric(source, message));
+    case AdapterDiagnostic::Unsupported:
+      return make(messages::AdapterErrorUnsupported(source, message));
+    case AdapterDiagnostic::Inaccessible:
+      return make(messages::AdapterErrorInaccessible(source, message));
+    case AdapterDiagnostic::NoPermission:
+      return make(messages::AdapterErrorNoPermission(source, message));
+    case AdapterDiagnostic::UnrecognizedFormat:
+      return make(messages::AdapterErrorUnrecognizedFormat(source, message));
+    case AdapterDiagnostic::HardError:
+      return make(messages::AdapterErrorHardError(source, message));
+    case AdapterDiagnostic::AmbiguousSource:
+      return make(messages::AdapterErrorAmbiguousSource(source, message));
+  }
+  return nullptr;  // any 32-bit number can be in there
+}
+
+}  // namespace
+
+void AdapterError::Impl::setError(const AdapterDiagnostic& d, const std::u16string& msg,
+                                  const std::u16string& name, const std::u16string& source) {
+  setDiagnostic(d);
+  setErrorMessage(msg);
+  setAdapter(name);
+  setSourceFile(source);
+}
+
+AdapterDiagnostic AdapterError::Impl::getId() {
+  return getDiagnostic();
+}
+std::u16string AdapterError::Impl::getAdapterName() {
+  return getAdapter();
+}
+std::u16string AdapterError::Impl::getSource() {
+  return getSourceFile();
+}
+
+ndsvDiagnosticImpl* AdapterError::convertAdapterErrorsToDiagnostic(
+    const std::vector<AdapterError>& errorMsgs) {
+  DiagnosticPtr result;
+  for (const AdapterError& error : errorMsgs) {
+    if (!error.isAlive()) continue;
+    DiagnosticPtr added = makeDiagnostic(error.getId(), error.getSource(), error.errorMessage());
+    if (added && ndsvGetNumItemsInDiagnostic(added.get()) > 0 && added != result) {
+      ndsvDiagnosticImpl* joined = result.get();
+      ndsvConcatenateDiagnosticsNoCheck(joined, added.get(), false);
+      static_cast<void>(added.release());
+      static_cast<void>(result.release());
+      result.reset(joined);
+    }
+    error.impl()->destroy();
+  }
+  return result.release();
+}
+
+}  // namespace nd::data::adapter

@@ -1,0 +1,111 @@
+#include "nd_data_adapter/model/AdapterRegistryV2.h"
+
+#include <algorithm>
+
+#include "nd_data_adapter/broker/CPPAdapterV2.h"
+#include "nd_data_adapter/broker/internal/Singletons.h"
+#include "nd_data_adapter/model/URIOperations.h"
+#include "platform/text/FoldedCompare.h"
+
+namespace nd::data::adapter {
+
+namespace {
+
+bool claims(CPPAdapterV2& adapter, const std::u16string& dottedExtension) {
+  const std::vector<std::u16string> extensions = adapter.getSupportedExtensions();
+  return std::any_of(extensions.begin(), extensions.end(), [&](const std::u16string& each) {
+    return lx::text::equalNormalizedIgnoringCase(each, dottedExtension);
+  });
+}
+
+}  // namespace
+
+AdapterRegistryV2 AdapterRegistryV2::getInstance() {
+  return detail::registrySingleton().get();
+}
+
+bool AdapterRegistryV2::Impl::registerCPPAdapter(const std::shared_ptr<CPPAdapterV2>& adapter) {
+  if (!adapter) return false;
+  const std::u16string name = adapter->getAdapterName();
+  if (cPPRegistry_.contains(name)) return false;
+  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
+  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(getModel());
+  entry.setName(name);
+  entry.setAdapter(adapter);
+  getCPPRegistryMutable().add(entry);
+  transaction.commit();
+  return true;
+}
+
+bool AdapterRegistryV2::Impl::unregisterCPPAdapter(const std::u16string& adapterName) {
+  const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
+  if (!entry) return false;
+  // Declared before the transaction: the adapter goes when nothing is open any more and its entry is gone.
+  std::shared_ptr<CPPAdapterV2> adapter;
+  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
+  adapter = entry.adapter();
+  entry.destroy();
+  transaction.commit();
+  return true;
+}
+
+std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getNewCPPAdapter(const std::u16string& adapterName) {
+  const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
+  if (!entry) return nullptr;
+  const std::shared_ptr<CPPAdapterV2> prototype = entry.adapter();
+  return std::shared_ptr<CPPAdapterV2>(prototype->clone());
+}
+
+std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getCPPAdapterForStaticUse(
+    const std::u16string& adapterName) {
+  const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
+  if (!entry) return nullptr;
+  const lx::base::Transaction asking = getModel().impl()->beginTransaction(false);
+  return entry.adapter();
+}
+
+std::vector<std::shared_ptr<CPPAdapterV2>> AdapterRegistryV2::Impl::getCPPAdapterStaticForSource(
+    const std::u16string& sourceURI) {
+  const std::u16string extension = u"." + ndx::broker::URIOperations::getExtension(sourceURI);
+  std::vector<std::shared_ptr<CPPAdapterV2>> result;
+  for (const CPPAdapterV2Entry& entry : cPPRegistry_) {
+    const std::shared_ptr<CPPAdapterV2> prototype = entry.adapter();
+    if (claims(*prototype, extension)) result.push_back(prototype);
+  }
+  return result;
+}
+
+std::vector<std::u16string> AdapterRegistryV2::Impl::getDisplayList() {
+  std::vector<std::u16string> result;
+  for (const CPPAdapterV2Entry& entry : cPPRegistry_) {
+    const std::shared_ptr<CPPAdapterV2> prototype = entry.adapter();
+    for (const std::u16string& extension : prototype->getSupportedExtensions()) {
+      result.push_back(extension + u" : " + prototype->getAdapterName());
+    }
+  }
+  return result;
+}
+
+std::vector<std::u16string> AdapterRegistryV2::Impl::getAllAdapterNames() {
+  std::vector<std::u16string> result;
+  for (const CPPAdapterV2Entry& entry : cPPRegistry_) result.push_back(entry.adapter()->getAdapterName());
+  return result;
+}
+
+bool AdapterRegistryV2::Impl::isAdapterRegisteredByName(const std::u16string& adapterName) {
+  return cPPRegistry_.contains(adapterName);
+}
+
+bool AdapterRegistryV2::Impl::isAdapterRegisteredByExtension(const std::u16string& adapterExtension) {
+  return std::any_of(cPPRegistry_.begin(), cPPRegistry_.end(), [&](const CPPAdapterV2Entry& entry) {
+    return claims(*entry.adapter(), adapterExtension);
+  });
+}
+
+void AdapterRegistryV2::Impl::aboutToDestroy() {
+  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
+  for (const CPPAdapterV2Entry& entry : cPPRegistry_) entry.setAdapter(nullptr);
+  transaction.commit();
+}
+
+}  // namespace nd::data::adapter

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "nd_data_adapter/model/AdapterCacheV2.h"
+#include "nd_data_adapter/model/AdapterRegistryV2.h"
+
+namespace nd::data::adapter::detail {
+
+/// The handles of a process-wide element and of the model that holds nothing else. At process exit the
+/// element's reference goes first, then the model's, which destroys the element.
+template <class E>
+struct Singleton {
+  lx::base::Model model;
+  E element;
+
+  /// Gives the element. It is made when it is not there, and so is its model.
+  E get() {
+    if (!element.isAlive()) {
+      if (!model.isAlive()) model = lx::base::Model::create();
+      element = E::create(model);
+    }
+    return element;
+  }
+};
+
+/// The two singletons. The metamodel outlives both, and the registry outlives the cache.
+Singleton<AdapterRegistryV2>& registrySingleton();
+Singleton<AdapterCacheV2>& cacheSingleton();
+
+}  // namespace nd::data::adapter::detail

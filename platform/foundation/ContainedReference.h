@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/foundation/ContainmentSlot.h"
+#include "platform/foundation/Report.h"
+
+namespace lx::base {
+
+namespace detail {
+
+/// A property that contains at most one element, whatever its class.
+class ND_PLATFORM_EXPORT ContainedReferenceCore : public ContainmentSlot {
+ public:
+  using Old = ModelElement::Impl*;
+
+  ContainedReferenceCore(ModelElement::Impl& owner, unsigned index) noexcept
+      : ContainmentSlot(owner, index) {}
+  ~ContainedReferenceCore() override;
+
+  ModelElement::Impl* target() const noexcept { return owner().isAlive() ? target_ : nullptr; }
+
+  /// Puts an element here, or none. The one that was here is destroyed in the same transaction.
+  void setElement(ModelElement::Impl* child);
+
+  /// Raises `CannotAddSecondObject` if an element is here.
+  void checkVacant() const;
+
+  void takeOut(ModelElement::Impl& child) override;
+
+  // What a table of fields asks of each field.
+  void saveTo(Old& old) const noexcept { old = target_; }
+  void restoreFrom(Old& old) noexcept { target_ = old; }
+  bool isUnchangedSince(const Old& old) const noexcept { return target_ == old; }
+  Value oldValue(const Old& old) const { return Value(ModelElement(old)); }
+  Value toValue() const { return Value(ModelElement(target_)); }
+  static Value zeroValue() { return Value(ModelElement()); }
+  bool hasValue() const noexcept { return target() != nullptr; }
+  void visitContained(ModelElement::Impl::ContainedVisitor& visitor) const {
+    if (target_ != nullptr) visitor.visit(*target_);
+  }
+  void letGo() noexcept { target_ = nullptr; }
+
+ private:
+  ModelElement::Impl* target_ = nullptr;
+};
+
+}  // namespace detail
+
+/// A property that contains at most one element.
+template <class E>
+class ContainedReference : public detail::ContainedReferenceCore {
+ public:
+  using Element = E;
+  using detail::ContainedReferenceCore::ContainedReferenceCore;
+
+  /// Gives the element; a null handle if there is none.
+  E get() const { return E(static_cast<typename E::Impl*>(target())); }
+
+  /// Puts an element here, or none for a null handle. The one that was here is destroyed in the same
+  /// transaction. Raises what `ElementSequence` says of adding.
+  void set(const E& element) { setElement(element.impl()); }
+
+  /// Puts an element here; raises `CannotAddSecondObject` if there is one.
+  void add(const E& element) {
+    checkVacant();
+    setElement(element.impl());
+  }
+};
+
+}  // namespace lx::base

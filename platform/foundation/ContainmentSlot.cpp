@@ -1,0 +1,38 @@
+#include "platform/foundation/ContainmentSlot.h"
+
+#include "platform/foundation/Report.h"
+#include "platform/foundation/meta/Meta.h"
+
+namespace lx::base {
+
+meta::Property AbstractOwnedCollection::getCollectionProperty() const {
+  return owner_->getPropertyByIndex(index_);
+}
+
+namespace detail {
+
+void ContainmentSlot::checkCompatibleModel(const ModelElement::Impl& child) const {
+  if (child.modelImpl() != owner().modelImpl()) report::cannotCreateCrossModelAssociation(owner(), index());
+}
+
+void ContainmentSlot::checkAddable(const ModelElement::Impl* child) const {
+  owner().checkWritable(index());
+  if (child == nullptr || !child->isAlive() || child->isProxy())
+    report::cannotAddNonExistentObject(owner(), index());
+  checkCompatibleModel(*child);
+  for (const ModelElement::Impl* ancestor = &owner(); ancestor != nullptr; ancestor = ancestor->container()) {
+    if (ancestor == child) {
+      report::invalidValue(
+          owner().nameOfProperty(index()),
+          u"the element contains the one it would be put into; an element can't contain itself.");
+    }
+  }
+}
+
+ContainmentSlot::~ContainmentSlot() = default;
+unsigned ContainmentSlot::keyIndex() const noexcept {
+  return 0;
+}
+
+}  // namespace detail
+}  // namespace lx::base

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/foundation/ModelImpl.h"
+
+namespace lx::base::detail {
+
+/// Raises `InvalidValue` that names the operation if the model is null or gone.
+ND_PLATFORM_EXPORT void checkModel(const char* operation, const Model& model);
+
+/// Makes an element in a model, in one transaction; an exception leaves nothing of it.
+template <class E>
+E createElement(const char* operation, const Model& model, const boost::uuids::uuid& uuid) {
+  checkModel(operation, model);
+  Transaction transaction = model.impl()->beginTransaction(false);
+  const E element(new typename E::Impl(model, uuid));
+  element.impl()->notifyCreated();
+  transaction.commit();
+  return element;
+}
+
+}  // namespace lx::base::detail

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <boost/uuid/uuid.hpp>
+
+#include "platform/export.h"
+
+namespace lx::base {
+
+class Model;
+class Value;
+
+namespace meta {
+class Class;
+class Operation;
+class Property;
+}  // namespace meta
+
+/// What every element is to its handles: an object with a count of references.
+///
+/// Counts are plain integers, since a model and its elements are used by one thread. A count keeps the memory
+/// of an element, not its life: that is the model's.
+class ND_PLATFORM_EXPORT ElementImpl {
+ public:
+  ElementImpl(const ElementImpl&) = delete;
+  ElementImpl& operator=(const ElementImpl&) = delete;
+
+  virtual ~ElementImpl();
+
+  /// Gives the model that the element belongs to, or a null handle once the element is gone.
+  virtual Model getModel() const = 0;
+
+  /// Gives the class that describes the element.
+  virtual meta::Class getMetaClass() const = 0;
+
+  /// Takes a reference away; with the last one the memory is freed.
+  virtual void removeRef() const noexcept = 0;
+
+  /// Adds a reference.
+  void addRef() const noexcept { ++references_; }
+
+ protected:
+  ElementImpl() noexcept = default;
+
+  mutable std::uint32_t references_ = 0;
+};
+
+}  // namespace lx::base

@@ -1,0 +1,337 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <boost/intrusive/set.hpp>
+
+#include "platform/foundation/CollectionIterator.h"
+#include "platform/foundation/ContainmentSlot.h"
+#include "platform/foundation/CreateInto.h"
+#include "platform/foundation/meta/PropertySerializer.h"
+#include "platform/text/Compare.h"
+
+namespace lx::base {
+
+namespace detail {
+
+/// The order of keys: texts by code unit, everything else by its own order.
+template <class K>
+struct KeyLess : std::less<K> {};
+template <>
+struct KeyLess<std::u16string> : text::Less {};
+
+/// A collection that contains its elements in the order of a key, which is read in the element itself.
+///
+/// The tree is linked through nodes that point to the elements. Undoing relinks a node before its former
+/// neighbour and compares nothing, so that it does not depend on the keys having been restored.
+template <class K>
+class KeyedCollectionCore : public ContainmentSlot {
+ public:
+  using KeyOf = const K& (*)(const ModelElement::Impl& element) noexcept;
+
+  struct Node : boost::intrusive::set_base_hook<boost::intrusive::link_mode<boost::intrusive::normal_link>> {
+    explicit Node(ModelElement::Impl& held) : element(&held) {}
+    ModelElement::Impl* element;
+  };
+
+  struct Change {
+    enum class Kind { Inserted, Erased, Moved };
+    Change* below;
+    Kind kind;
+    Node* node;
+    Node* next;                  // what the node stood before; null for the end
+    std::unique_ptr<Node> kept;  // an erased node, until the erasure is final
+  };
+  using Old = JournalMark<KeyedCollectionCore>;
+  using Position = const Node*;
+
+  KeyedCollectionCore(ModelElement::Impl& owner, unsigned index, unsigned keyIndex, KeyOf keyOf,
+                      bool isUnique)
+      : ContainmentSlot(owner, index),
+        nodes_(Order{keyOf}),
+        keyOf_(keyOf),
+        keyIndex_(keyIndex),
+        isUnique_(isUnique) {}
+  ~KeyedCollectionCore() override { letGo(); }
+
+  unsigned keyIndex() const noexcept override { return keyIndex_; }
+  bool empty() const noexcept { return size() == 0; }
+  std::size_t size() const noexcept { return owner().isAlive() ? nodes_.size() : 0; }
+
+  void insertElement(ModelElement::Impl* child) {
+    checkAddable(child);
+    if (child->containmentSlot() == this) return;
+    checkFree(keyOf_(*child));
+    moveIn(*child, [&] {
+      Operation operation(*this);
+      auto node = std::make_unique<Node>(*child);
+      std::unique_ptr<Change> change = makeChange(Change::Kind::Inserted, *node, nullptr);
+      owner()._setContainedByThis(*child, *this);
+      nodes_.insert_before(nodes_.upper_bound(keyOf_(*child), nodes_.key_comp()), *node.release());
+      if (change) journal_.push(std::move(change));
+      changed();
+      operation.commit();
+    });
+  }
+
+  void takeOut(ModelElement::Impl& child) override {
+    Node* const node = findNode(child);
+    if (node == nullptr) return;
+    Operation operation(*this);
+    std::unique_ptr<Change> change = makeChange(Change::Kind::Erased, *node, nodeBehind(*node));
+    child.notifyModifying(ModelElement::Impl::ContainerIndex);
+    child.basicSetContainer(nullptr);
+    nodes_.erase(nodes_.iterator_to(*node));
+    std::unique_ptr<Node> kept(node);
+    if (change) {
+      change->kept = std::move(kept);
+      journal_.push(std::move(change));
+    }
+    changed();
+    operation.commit();
+  }
+
+  /// Raises `UniquenessConstraint` if the key stands for an element already and must stand for one only.
+  void checkFree(const K& key) const {
+    if (!isUnique_ || nodes_.find(key, nodes_.key_comp()) == nodes_.end()) return;
+    using meta::detail::toText;
+    report::uniquenessConstraint(owner(), index(), toText(key));
+  }
+
+  /// Gives a child its new key by `assign`, and the place that belongs to it, behind its equals. The caller
+  /// has found that the key is free and noted the change of the child's property; `assign` must not throw.
+  template <class Assign>
+  void rekey(ModelElement::Impl& child, Assign assign) {
+    Node& node = *findNode(child);
+    Operation operation(*this);
+    std::unique_ptr<Change> change = makeChange(Change::Kind::Moved, node, nodeBehind(node));
+    nodes_.erase(nodes_.iterator_to(node));
+    assign();
+    nodes_.insert_before(nodes_.upper_bound(keyOf_(child), nodes_.key_comp()), node);
+    if (change) journal_.push(std::move(change));
+    changed();
+    operation.commit();
+  }
+
+  /// Destroys all elements, in one transaction.
+  void clear() {
+    owner().checkWritable(index());
+    if (nodes_.empty()) return;
+    Transaction transaction = owner().modelImpl()->beginTransaction(false);
+    while (!nodes_.empty()) nodes_.rbegin()->element->destroy();
+    transaction.commit();
+  }
+
+  const Node* firstNode() const noexcept { return owner().isAlive() ? toNode(nodes_.begin()) : nullptr; }
+  const Node* lowerBound(const K& key) const {
+    return owner().isAlive() ? toNode(nodes_.lower_bound(key, nodes_.key_comp())) : nullptr;
+  }
+  const Node* upperBound(const K& key) const {
+    return owner().isAlive() ? toNode(nodes_.upper_bound(key, nodes_.key_comp())) : nullptr;
+  }
+  const Node* nextPosition(const Node* node) const noexcept { return toNode(++nodes_.iterator_to(*node)); }
+  const K& keyAt(const Node* node) const noexcept { return keyOf_(*node->element); }
+
+  Journal<Change>& journal() noexcept { return journal_; }
+
+  // What a table of fields asks of each field.
+  void saveTo(Old& old) noexcept { old.set(*this); }
+
+  void restoreFrom(Old& old) noexcept {
+    while (journal_.top() != old.top()) {
+      const std::unique_ptr<Change> change = journal_.pop();
+      Node& node = *change->node;
+      if (change->kind != Change::Kind::Erased) nodes_.erase(nodes_.iterator_to(node));
+      if (change->kind == Change::Kind::Inserted) {
+        delete &node;
+        continue;
+      }
+      nodes_.insert_before(change->next == nullptr ? nodes_.end() : nodes_.iterator_to(*change->next), node);
+      static_cast<void>(change->kept.release());
+    }
+    old.clear();
+    changed();
+  }
+
+  bool isUnchangedSince(const Old& old) const {
+    const auto delta = [](const Change& change) {
+      const int sum = change.kind == Change::Kind::Inserted ? 1
+                      : change.kind == Change::Kind::Erased ? -1
+                                                            : 0;
+      return std::pair<const ModelElement::Impl*, int>(change.node->element, sum);
+    };
+    return membershipIsUnchanged(static_cast<const Change*>(journal_.top()), old.top(), delta) &&
+           elementsAt(old.top()) == elementsAt(journal_.top());
+  }
+
+  Value oldValue(const Old& old) const { return Value(elementsAt(old.top())); }
+  Value toValue() const { return Value(elementsAt(journal_.top())); }
+  static Value zeroValue() { return Value(std::vector<ModelElement>()); }
+  bool hasValue() const noexcept { return !empty(); }
+
+  void visitContained(ModelElement::Impl::ContainedVisitor& visitor) const {
+    for (const Node& node : nodes_) visitor.visit(*node.element);
+  }
+
+  void letGo() noexcept {
+    nodes_.clear_and_dispose([](Node* node) { delete node; });
+    journal_.trimTo(nullptr);
+    changed();
+  }
+
+ private:
+  struct Order {
+    KeyOf keyOf;
+    bool operator()(const Node& left, const Node& right) const noexcept {
+      return KeyLess<K>()(keyOf(*left.element), keyOf(*right.element));
+    }
+    bool operator()(const K& left, const Node& right) const noexcept {
+      return KeyLess<K>()(left, keyOf(*right.element));
+    }
+    bool operator()(const Node& left, const K& right) const noexcept {
+      return KeyLess<K>()(keyOf(*left.element), right);
+    }
+  };
+  using Nodes = boost::intrusive::multiset<Node, boost::intrusive::compare<Order>>;
+
+  const Node* toNode(typename Nodes::const_iterator position) const noexcept {
+    return position == nodes_.end() ? nullptr : &*position;
+  }
+
+  Node* nodeBehind(Node& node) noexcept {
+    const auto next = ++nodes_.iterator_to(node);
+    return next == nodes_.end() ? nullptr : &*next;
+  }
+
+  Node* findNode(const ModelElement::Impl& child) {
+    const auto [first, last] = nodes_.equal_range(keyOf_(child), nodes_.key_comp());
+    const auto found = std::find_if(first, last, [&](const Node& node) { return node.element == &child; });
+    return found == last ? nullptr : &*found;
+  }
+
+  std::unique_ptr<Change> makeChange(typename Change::Kind kind, Node& node, Node* next) const {
+    if (!owner().isLogged(index())) return nullptr;
+    return std::unique_ptr<Change>(new Change{nullptr, kind, &node, next, nullptr});
+  }
+
+  std::vector<ModelElement> elementsAt(const Change* mark) const {
+    std::vector<const Node*> order;
+    for (const Node& node : nodes_) order.push_back(&node);
+    for (const Change* change = journal_.top(); change != nullptr && change != mark; change = change->below) {
+      if (change->kind != Change::Kind::Erased) std::erase(order, change->node);
+      if (change->kind == Change::Kind::Inserted) continue;
+      const auto place =
+          change->next == nullptr ? order.end() : std::find(order.begin(), order.end(), change->next);
+      order.insert(place, change->node);
+    }
+    std::vector<ModelElement> result;
+    for (const Node* node : order) result.emplace_back(node->element);
+    return result;
+  }
+
+  Nodes nodes_;
+  Journal<Change> journal_;
+  KeyOf keyOf_;
+  unsigned keyIndex_;
+  bool isUnique_;
+};
+
+}  // namespace detail
+
+/// A collection that contains its elements under the value of one of their properties, in the order of the
+/// keys: texts by code unit.
+///
+/// An element that leaves the collection is destroyed, unless another container takes it. An element whose
+/// key changes moves, in the same transaction. What is raised when is said at `ElementSequence`; `Unique`
+/// collections raise `UniquenessConstraint` besides, for a key that stands for another element, before
+/// anything has changed.
+template <class K, class E, bool Unique>
+class KeyedCollection : public detail::KeyedCollectionCore<K> {
+ public:
+  using Core = detail::KeyedCollectionCore<K>;
+  using Element = E;
+  using value_type = E;
+  using iterator = CollectionIterator<KeyedCollection>;
+
+  /// A collection that is property `index` of the owner, keyed by the elements' property `keyIndex`.
+  KeyedCollection(ModelElement::Impl& owner, unsigned index, unsigned keyIndex, typename Core::KeyOf keyOf)
+      : Core(owner, index, keyIndex, keyOf, Unique) {}
+
+  /// Puts an element where its key belongs, behind its equals.
+  void add(const E& element) { this->insertElement(element.impl()); }
+
+  /// Makes an element from a builder and puts it where its key belongs, in one transaction. Gives the
+  /// element.
+  template <class Builder>
+  E createInto(Builder builder, const boost::uuids::uuid& uuid = {}) {
+    return detail::createInto<E>(*this, std::move(builder), uuid);
+  }
+
+  /// Finds the first element under a key; a null handle if there is none.
+  E find(const K& key) const {
+    const typename Core::Node* const node = this->lowerBound(key);
+    return node == nullptr || detail::KeyLess<K>()(key, this->keyAt(node)) ? E() : atPosition(node);
+  }
+
+  bool contains(const K& key) const { return static_cast<bool>(find(key)); }
+  bool contains(const E& element) const noexcept {
+    return element.isAlive() && element.impl()->containmentSlot() == this;
+  }
+
+  /// Lists all elements under a key, in the order of their adding.
+  std::vector<E> findAll(const K& key) const {
+    std::vector<E> result;
+    const typename Core::Node* const end = this->upperBound(key);
+    for (const auto* node = this->lowerBound(key); node != end; node = this->nextPosition(node)) {
+      result.push_back(atPosition(node));
+    }
+    return result;
+  }
+
+  /// Gives the element with the lowest key; a null handle if there is none.
+  E first() const { return atPosition(this->firstNode()); }
+
+  /// Finds the first element whose key is greater; a null handle if there is none.
+  E findGreater(const K& key) const { return atPosition(this->upperBound(key)); }
+
+  /// Lists the keys in their order.
+  std::vector<K> keys() const {
+    std::vector<K> result;
+    for (const auto* node = this->firstNode(); node != nullptr; node = this->nextPosition(node)) {
+      result.push_back(this->keyAt(node));
+    }
+    return result;
+  }
+
+  /// Destroys an element of the collection; false if it holds no such element.
+  bool remove(const E& element) {
+    if (!contains(element)) return false;
+    element.destroy();
+    return true;
+  }
+
+  iterator begin() const { return iterator(*this, this->firstNode()); }
+  iterator end() const { return iterator(*this, nullptr); }
+
+  E atPosition(const typename Core::Node* node) const {
+    return node == nullptr ? E() : E(static_cast<typename E::Impl*>(node->element));
+  }
+};
+
+/// Keyed, one element a key.
+template <class K, class E>
+class ElementMap : public KeyedCollection<K, E, true> {
+ public:
+  using KeyedCollection<K, E, true>::KeyedCollection;
+};
+
+/// Keyed; elements of one key stand in the order of their adding.
+template <class K, class E>
+class ElementMultimap : public KeyedCollection<K, E, false> {
+ public:
+  using KeyedCollection<K, E, false>::KeyedCollection;
+};
+
+}  // namespace lx::base

@@ -1,0 +1,178 @@
+#pragma once
+
+#include <type_traits>
+#include <utility>
+
+#include "platform/foundation/ContainedReference.h"
+#include "platform/foundation/ElementMap.h"
+#include "platform/foundation/ElementSequence.h"
+#include "platform/foundation/KeyProperty.h"
+#include "platform/foundation/PrimitiveSequence.h"
+#include "platform/foundation/Single.h"
+#include "platform/foundation/meta/Meta.h"
+
+/// What generated classes are made of besides their declarations: the table of a class's fields, and what is
+/// done to all of them alike.
+namespace lx::base {
+
+namespace detail {
+
+/// Gives an element as one of the class that a property takes; raises `CannotAddIncompatibleTypes`.
+template <class E>
+typename E::Impl* checkedElement(const AbstractOwnedCollection& property, const ModelElement& element) {
+  auto* const impl = dynamic_cast<typename E::Impl*>(element.impl());
+  if (impl == nullptr && element) {
+    report::cannotAddIncompatibleTypes(property.owner(), property.index(), element, E::metaClass());
+  }
+  return impl;
+}
+
+/// Set a property from a value, by reflection.
+template <class ImplT, class T>
+void setFromValue(ImplT& self, Single<T>&, void (ImplT::*setter)(const T&), const Value& value) {
+  (self.*setter)(value.as<T>());
+}
+template <class ImplT, class T>
+void setFromValue(ImplT&, PrimitiveSequence<T>& field, std::nullptr_t, const Value& value) {
+  field.assign(value.as<std::vector<T>>());
+}
+template <class ImplT, class E>
+void setFromValue(ImplT&, ContainedReference<E>& field, void (ImplT::*)(const E&), const Value& value) {
+  field.setElement(checkedElement<E>(field, value.as<ModelElement>()));
+}
+
+/// Replaces what a collection contains: the former elements are destroyed, the new ones put in, in their
+/// order.
+template <class Collection>
+void replaceElements(Collection& field, const std::vector<ModelElement>& elements) {
+  field.owner().checkWritable(field.index());
+  Transaction transaction = field.owner().modelImpl()->beginTransaction(false);
+  field.clear();
+  for (const ModelElement& element : elements) {
+    field.add(typename Collection::Element(checkedElement<typename Collection::Element>(field, element)));
+  }
+  transaction.commit();
+}
+template <class ImplT, class E>
+void setFromValue(ImplT&, ElementSequence<E>& field, std::nullptr_t, const Value& value) {
+  replaceElements(field, value.as<std::vector<ModelElement>>());
+}
+template <class ImplT, class K, class E>
+void setFromValue(ImplT&, ElementMap<K, E>& field, std::nullptr_t, const Value& value) {
+  replaceElements(field, value.as<std::vector<ModelElement>>());
+}
+template <class ImplT, class K, class E>
+void setFromValue(ImplT&, ElementMultimap<K, E>& field, std::nullptr_t, const Value& value) {
+  replaceElements(field, value.as<std::vector<ModelElement>>());
+}
+
+}  // namespace detail
+
+/// One field of a class: the index of its property, the member of the element, the member of the storage that
+/// keeps its old value, and the setter that reflection uses (null for a collection, and for what can't be
+/// set).
+template <unsigned Index, auto Member, auto Old, auto Setter = nullptr>
+struct Field {
+  static constexpr unsigned index = Index;
+
+  template <class ImplT>
+  static auto& member(ImplT& self) noexcept {
+    return self.*Member;
+  }
+  template <class StorageT>
+  static auto& old(StorageT& storage) noexcept {
+    return storage.*Old;
+  }
+  template <class ImplT>
+  static void set(ImplT& self, const Value& value) {
+    using Setters = decltype(Setter);
+    if constexpr (requires { detail::setFromValue(self, self.*Member, Setters(Setter), value); }) {
+      detail::setFromValue(self, self.*Member, Setters(Setter), value);
+    }  // a property without setter was refused before
+  }
+};
+
+/// The fields that a class adds to those of its superclass. Every function concerns these alone; those of the
+/// superclass are its own table's.
+template <class... Fields>
+struct FieldTable {
+  /// Calls f with the field of the index; false if the class adds no such property.
+  template <class F>
+  static bool withField([[maybe_unused]] unsigned index, [[maybe_unused]] F f) {
+    return ((Fields::index == index ? (f(Fields()), true) : false) || ...);
+  }
+
+  template <class ImplT, class StorageT>
+  static void copyValue(unsigned index, ImplT& self, StorageT& to, StorageT* from) {
+    withField(index, [&](auto field) {
+      using FieldT = decltype(field);
+      if (from != nullptr)
+        FieldT::old(to) = std::move(FieldT::old(*from));
+      else
+        FieldT::member(self).saveTo(FieldT::old(to));
+    });
+  }
+
+  template <class ImplT, class StorageT>
+  static void restore(ImplT& self, StorageT& storage) noexcept {
+    ((storage.isChanged(Fields::index) ? Fields::member(self).restoreFrom(Fields::old(storage)) : void()),
+     ...);
+  }
+
+  template <class ImplT, class StorageT>
+  static void revertUnchanged(const ImplT& self, StorageT& storage) {
+    ((storage.isChanged(Fields::index) && Fields::member(self).isUnchangedSince(Fields::old(storage))
+          ? storage.clearChanged(Fields::index)
+          : void()),
+     ...);
+  }
+
+  template <class ImplT, class StorageT>
+  static Value oldValue(unsigned index, const ImplT& self, const StorageT& storage) {
+    Value result;
+    if (storage.isChanged(index)) {
+      withField(index, [&](auto field) {
+        using FieldT = decltype(field);
+        result = FieldT::member(self).oldValue(FieldT::old(storage));
+      });
+    }
+    return result;
+  }
+
+  template <class ImplT>
+  static void visitContained(ImplT& self, ModelElement::Impl::ContainedVisitor& visitor) {
+    (Fields::member(self).visitContained(visitor), ...);
+  }
+
+  template <class ImplT>
+  static void letGo(ImplT& self) noexcept {
+    (Fields::member(self).letGo(), ...);
+  }
+
+  /// Give, ask for and set a property by its description; false, or an empty value, if the class adds no such
+  /// one.
+  template <class ImplT>
+  static bool get(const ImplT& self, const meta::Property& property, Value& result) {
+    return withField(property.getIndex(), [&](auto field) {
+      const auto& member = decltype(field)::member(self);
+      result = self.isAlive() ? member.toValue() : member.zeroValue();
+    });
+  }
+
+  template <class ImplT>
+  static bool has(const ImplT& self, const meta::Property& property, bool& result) {
+    return withField(property.getIndex(), [&](auto field) {
+      result = self.isAlive() && decltype(field)::member(self).hasValue();
+    });
+  }
+
+  template <class ImplT>
+  static bool set(ImplT& self, const meta::Property& property, const Value& value) {
+    return withField(property.getIndex(), [&](auto field) {
+      property.checkSettable();
+      decltype(field)::set(self, value);
+    });
+  }
+};
+
+}  // namespace lx::base

@@ -1,0 +1,87 @@
+#include "platform/foundation/Model.h"
+
+#include <utility>
+
+#include "platform/foundation/CreateElement.h"
+#include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/Report.h"
+
+namespace lx::base {
+
+WorkQueueFactory::~WorkQueueFactory() = default;
+
+const std::shared_ptr<const WorkQueueFactory>& WorkQueueFactory::getDefault() {
+  static const std::shared_ptr<const WorkQueueFactory> factory = std::make_shared<const WorkQueueFactory>();
+  return factory;
+}
+
+Model::Model(Impl* impl) noexcept : impl_(impl) {
+  if (impl_ != nullptr) impl_->addRef();
+}
+
+Model::Model(const Model& other) noexcept : Model(other.impl_) {}
+
+Model::~Model() {
+  if (impl_ != nullptr) impl_->removeRef();
+}
+
+Model& Model::operator=(const Model& other) noexcept {
+  Model copy(other);
+  return *this = std::move(copy);
+}
+
+Model& Model::operator=(Model&& other) noexcept {
+  Model taken(std::move(other));
+  std::swap(impl_, taken.impl_);
+  return *this;
+}
+
+Model Model::create(const Constellation& constellation,
+                    const std::shared_ptr<const WorkQueueFactory>& factory) {
+  return Model(new Impl(constellation, factory));
+}
+
+bool Model::isAlive() const noexcept {
+  return impl_ != nullptr && impl_->isAlive();
+}
+
+boost::uuids::uuid Model::identifier() const {
+  if (impl_ == nullptr) report::invalidValue("Model.identifier", "the handle is null; give a model.");
+  return impl_->identifier();
+}
+
+void Model::destroy() const {
+  if (impl_ == nullptr) report::invalidValue("Model.destroy", "the handle is null; give a model.");
+  impl_->destroy();
+}
+
+namespace detail {
+
+void checkModel(const char* operation, const Model& model) {
+  if (!model.isAlive())
+    report::invalidValue(operation, "the model is null or was destroyed; give one that is alive.");
+}
+
+}  // namespace detail
+
+Model::Thawer::Thawer(const Model& model) noexcept : model_(model) {
+  if (model_) model_.impl()->frozen_ = false;
+}
+
+Model::Thawer::Thawer(Thawer&& other) noexcept : model_(std::move(other.model_)) {}
+
+Model::Thawer::~Thawer() {
+  if (model_) model_.impl()->frozen_ = true;
+}
+
+void Model::Freezer::freeze(const Model& model) {
+  if (!model.isAlive()) report::invalidValue("Model.Freezer.freeze", "the model is null or was destroyed.");
+  model.impl()->frozen_ = true;
+}
+
+Model::Thawer Model::Freezer::thaw(const Model& model) {
+  if (!model.isAlive()) report::invalidValue("Model.Freezer.thaw", "the model is null or was destroyed.");
+  return Thawer(model.impl()->isFrozen() ? model : Model());
+}
+
+}  // namespace lx::base

@@ -1,0 +1,334 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <boost/optional.hpp>
+#include <boost/uuid/uuid.hpp>
+
+#include "platform/export.h"
+#include "platform/foundation/ElementImpl.h"
+#include "platform/foundation/Model.h"
+#include "platform/foundation/Value.h"
+
+namespace lx::base {
+
+namespace detail {
+class ContainmentSlot;
+struct Level;
+}  // namespace detail
+
+/// A handle to an element of a model; the root of all handles.
+///
+/// A handle shares the memory of its element and not its life: the model owns the element. Handles are
+/// shallow, so that all operations are const. A getter on an element that is gone answers with the type's
+/// zero, a mutator raises `InvalidValue`; so does every operation through a null handle.
+class ND_PLATFORM_EXPORT ModelElement {
+ public:
+  class Impl;
+  class Builder;
+  class BuilderWrapper;
+
+  ModelElement() noexcept = default;
+  explicit ModelElement(Impl* impl) noexcept;
+  ModelElement(const ModelElement& other) noexcept;
+  ModelElement(ModelElement&& other) noexcept : impl_(other.impl_) { other.impl_ = nullptr; }
+  ModelElement& operator=(const ModelElement& other) noexcept;
+  ModelElement& operator=(ModelElement&& other) noexcept;
+  ~ModelElement();
+
+  /// Gives the class of which all others are subclasses.
+  static meta::Class metaClass();
+
+  /// Gives that class's identifier.
+  static const boost::uuids::uuid& Uuid();
+
+  /// Tells whether the handle is not null. It says nothing of life: `isAlive` does.
+  explicit operator bool() const noexcept { return impl_ != nullptr; }
+
+  /// Tells whether the handle's element exists.
+  bool isAlive() const noexcept;
+
+  /// Tells whether the element stands for one that isn't loaded. False for a null handle.
+  bool isProxy() const noexcept;
+
+  /// Adds a reference by hand; it must be taken away by `removeRef`. Does nothing through a null handle.
+  void addRef() const noexcept;
+  void removeRef() const noexcept;
+
+  Model getModel() const;
+  meta::Class getMetaClass() const;
+
+  /// Gives the element's identity, random unless it was created with one, and made when first asked for.
+  boost::uuids::uuid identifier() const;
+
+  /// Gives the element that contains this one; null if none does.
+  ModelElement container() const;
+
+  /// Destroys the element and all that it contains. Destroying what is gone is no error.
+  void destroy() const;
+
+  /// Gives the value of a property by name: a handle for a single element, a `std::vector` for a list.
+  /// Raises `NoSuchType` for an unknown name, `InvalidValue` for a property without public getter.
+  Value getPropertyValue(const std::u16string& name) const;
+
+  /// Tells whether a property has a value: a list an element, a reference its target, an optional its value.
+  bool hasPropertyValue(const std::u16string& name) const;
+
+  /// Sets a property by name. Raises `NoSuchType`, `CannotSetReadOnlyProperty` for one that is read-only,
+  /// derived or without public setter, and `CannotCastIncompatibleTypes` for a value of another type.
+  void setPropertyValue(const std::u16string& name, const Value& value) const;
+
+  /// Calls an operation by name. Raises `NoSuchType` for an unknown name, `InvalidValue` for one that has no
+  /// invoker or takes another number of arguments.
+  Value invoke(const std::u16string& operation, const std::vector<Value>& arguments) const;
+
+  Impl* impl() const noexcept { return impl_; }
+
+  friend bool operator==(const ModelElement& left, const ModelElement& right) noexcept {
+    return left.impl_ == right.impl_;
+  }
+
+ protected:
+  /// Gives the element behind the handle; raises `InvalidValue` that names the operation if it is null.
+  Impl& self(const char* operation) const {
+    if (impl_ == nullptr) raiseNull(operation);
+    return *impl_;
+  }
+
+ private:
+  [[noreturn]] static void raiseNull(const char* operation);
+
+  Impl* impl_ = nullptr;
+};
+
+/// An element itself. Generated classes derive from it, hold their properties as fields and override what
+/// depends on them; the virtual operations of a class follow these.
+class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
+ public:
+  class Storage;
+  class Changes;
+  class ContainedVisitor;
+  class BuilderImpl;
+  template <class B>
+  class BuilderBase;
+
+  /// Bits of a storage's mask that belong to no property: the element's life and its container.
+  static constexpr unsigned LifeIndex = 0;
+  static constexpr unsigned ContainerIndex = 63;
+
+  Impl(const Model& model, const boost::uuids::uuid& uuid);
+  ~Impl() override;
+
+  Model getModel() const override;
+  meta::Class getMetaClass() const override;
+  void removeRef() const noexcept override;
+
+  /// Cuts the element off from its model, which goes or takes the creation back. It is dead from then on.
+  virtual void invalidate() noexcept;
+
+  virtual bool hasPropertyValue(const meta::Property& property) const;
+  virtual Value getPropertyValue(const meta::Property& property) const;
+  virtual void setPropertyValue(const meta::Property& property, const Value& value);
+
+  /// Calls an operation through its invoker.
+  virtual Value invoke(const meta::Operation& operation, const std::vector<Value>& arguments);
+
+  virtual boost::uuids::uuid identifier() const;
+
+  /// Shows every contained element to the visitor, in the order of the properties.
+  virtual void doDestroy(ContainedVisitor& visitor);
+
+  /// Keep the other side of a reference; nothing is done for a class whose references are all contained.
+  virtual void inverseAdd(unsigned index, Impl& other);
+  virtual void inverseRemove(unsigned index, Impl& other);
+  virtual bool inverseContainsProxyTo(unsigned index, const boost::uuids::uuid& uuid) const;
+
+  /// Tells the element and all that it contains, container first, that they are about to be destroyed.
+  virtual void notifyDestroying();
+
+  virtual void disassociateIncoming();
+  virtual void convertReferencesToProxies();
+
+  /// Called while the whole model still stands. What the element changes here in what it contains is final at
+  /// once. An exception keeps the element alive.
+  virtual void aboutToDestroy();
+
+  /// Called when the element was created, within the transaction of its creation.
+  virtual void didCreate();
+
+  /// Lets go of all values for good: the element is dead, and nothing brings it back.
+  virtual void basicDisassociateAll() noexcept;
+
+  /// Makes the element a proxy: class and identity stay, the values go.
+  virtual void convertToProxy();
+
+  /// Makes the record of what changed since the storage was filled.
+  virtual std::unique_ptr<Changes> createChanges(const Storage& storage) const;
+
+  virtual std::unique_ptr<Storage> createStorage() const;
+
+  /// Copies a property's present value into a storage or, when a storage is given as the source, moves the
+  /// old value that this one holds. Only the copy can throw, before anything has changed.
+  virtual void copyValue(unsigned index, Storage& to, Storage* from);
+
+  /// Gives the values of a storage back to the element. Values change places, so that none is let go here.
+  virtual void copyStateFromStorage(Storage& storage) noexcept;
+
+  virtual meta::Property getPropertyByIndex(unsigned index) const;
+
+  /// Tells whether the element exists: it was created, and neither destroyed nor left behind by its model.
+  bool isAlive() const noexcept { return (flags_ & Alive) != 0; }
+  bool isProxy() const noexcept { return (flags_ & Proxy) != 0; }
+
+  /// Brings a newly made element into its model. Called once, by what creates it.
+  void notifyCreated();
+
+  /// Says that a property is about to change: saves its old value if a transaction can ask for it back.
+  void notifyModifying(unsigned index);
+
+  /// Destroys the element and all that it contains. An exception of `aboutToDestroy` passes and undoes it.
+  void destroy();
+
+  boost::uuids::uuid getProxyId() const { return identifier(); }
+
+  Impl* container() const noexcept;
+  detail::ContainmentSlot* containmentSlot() const noexcept { return slot_; }
+
+  /// Makes this element the container of the child, in the slot of one of its properties.
+  void _setContainedByThis(Impl& child, detail::ContainmentSlot& slot);
+
+  /// Sets the container without more ado; null for none.
+  void basicSetContainer(detail::ContainmentSlot* slot) noexcept { slot_ = slot; }
+
+  /// Raises if a mutator must not run: `CannotModifyProxy` on a proxy, `InvalidValue` on an element that is
+  /// gone or whose model is frozen.
+  void checkWritable(unsigned index) const {
+    if ((flags_ & (Alive | Proxy)) != Alive || isFrozen()) raiseNotWritable(index);
+  }
+
+  /// Raises `InvalidValue` that names the operation if the element is gone.
+  void checkAlive(const char* operation) const;
+
+  /// Tells whether changes of the property must be kept for undoing; asked behind `notifyModifying`.
+  bool isLogged(unsigned index) const noexcept;
+
+  Model::Impl* modelImpl() const noexcept { return model_; }
+
+  /// Gives the qualified name of a property, for messages.
+  std::u16string nameOfProperty(unsigned index) const;
+
+ protected:
+  Impl() noexcept;
+
+ private:
+  friend class ModelAccess;
+  friend class Model::Impl;
+
+  enum Flag : std::uint32_t { Alive = 1, Proxy = 2, Told = 4, Dying = 8, Identified = 16, Linked = 32 };
+
+  [[noreturn]] void raiseNotWritable(unsigned index) const;
+  bool isFrozen() const noexcept;
+  void saveOldValue(unsigned index);
+
+  mutable std::uint32_t flags_ = 0;
+  Model::Impl* model_ = nullptr;
+  Storage* storage_ = nullptr;  // of the innermost open level that this element was changed or created in
+  Impl* previous_ = nullptr;    // the model's elements, in the order of their creation
+  Impl* next_ = nullptr;
+  detail::ContainmentSlot* slot_ = nullptr;
+  mutable boost::uuids::uuid uuid_;
+};
+
+/// Shown the contained elements of an element, one by one.
+class ND_PLATFORM_EXPORT ModelElement::Impl::ContainedVisitor {
+ public:
+  virtual ~ContainedVisitor();
+  virtual void visit(Impl& child) = 0;
+};
+
+/// The old values of one element in one transaction, and which properties they belong to. Bit n of the mask
+/// is that of the property with index n.
+class ND_PLATFORM_EXPORT ModelElement::Impl::Storage {
+ public:
+  Storage() noexcept = default;
+  Storage(const Storage&) = delete;
+  Storage& operator=(const Storage&) = delete;
+  virtual ~Storage();
+
+  /// Keeps the container that the element had.
+  virtual void setOldContainer(detail::ContainmentSlot* slot) noexcept;
+
+  /// Clears the bit of every property whose old value equals the present one.
+  virtual void revertUnchanged(const Impl& element);
+
+  /// Gives a property's old value; empty for a property that was not changed.
+  virtual Value getOldValue(unsigned index) const;
+
+  std::uint64_t mask() const noexcept { return mask_; }
+  bool isChanged(unsigned index) const noexcept { return (mask_ >> index & 1U) != 0; }
+  void clearChanged(unsigned index) noexcept { mask_ &= ~(std::uint64_t{1} << index); }
+
+ protected:
+  /// The element whose old values these are.
+  const Impl* element() const noexcept { return element_; }
+
+ private:
+  friend class ModelElement::Impl;
+  friend class Model::Impl;
+  friend class ModelAccess;
+  friend struct detail::Level;
+
+  std::uint64_t mask_ = 0;
+  detail::Level* level_ = nullptr;
+  Storage* outer_ = nullptr;  // of the same element, at an enclosing level
+  Storage* next_ = nullptr;   // of the same level
+  Impl* element_ = nullptr;
+  detail::ContainmentSlot* oldSlot_ = nullptr;
+};
+
+/// What one element's properties were before a transaction.
+class ND_PLATFORM_EXPORT ModelElement::Impl::Changes {
+ public:
+  Changes(const Impl& element, const Storage& storage);
+
+  const ModelElement& element() const noexcept { return element_; }
+
+  /// Lists the indices of the properties that changed, ascending.
+  const std::vector<unsigned>& properties() const noexcept { return properties_; }
+
+  /// Gives a property's old value; empty if it did not change.
+  Value oldValue(unsigned index) const;
+
+ private:
+  ModelElement element_;
+  std::vector<unsigned> properties_;
+  std::vector<Value> oldValues_;
+};
+
+inline bool ModelElement::isAlive() const noexcept {
+  return impl_ != nullptr && impl_->isAlive();
+}
+inline bool ModelElement::isProxy() const noexcept {
+  return impl_ != nullptr && impl_->isProxy();
+}
+inline ModelElement::ModelElement(Impl* impl) noexcept : impl_(impl) {
+  if (impl_ != nullptr) impl_->addRef();
+}
+inline ModelElement::ModelElement(const ModelElement& other) noexcept : ModelElement(other.impl_) {}
+inline ModelElement::~ModelElement() {
+  if (impl_ != nullptr) impl_->removeRef();
+}
+inline ModelElement& ModelElement::operator=(const ModelElement& other) noexcept {
+  ModelElement copy(other);
+  return *this = std::move(copy);
+}
+inline ModelElement& ModelElement::operator=(ModelElement&& other) noexcept {
+  ModelElement taken(std::move(other));
+  std::swap(impl_, taken.impl_);
+  return *this;
+}
+
+}  // namespace lx::base

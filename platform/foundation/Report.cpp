@@ -1,0 +1,91 @@
+#include "platform/foundation/Report.h"
+
+#include <boost/core/demangle.hpp>
+
+#include "platform/foundation/messages.h"
+#include "platform/foundation/meta/Meta.h"
+#include "platform/text/Convert.h"
+
+namespace lx::base {
+
+namespace report {
+
+namespace {
+
+std::u16string nameOf(const ModelElement& element) {
+  return element ? element.impl()->getMetaClass().getQualifiedName() : std::u16string(u"null");
+}
+
+}  // namespace
+
+void invalidValue(const std::u16string& subject, const std::u16string& cure) {
+  throw lxb::messages::InvalidValue(subject, cure);
+}
+
+void invalidValue(const char* subject, const char* cure) {
+  invalidValue(text::toUtf16(subject), text::toUtf16(cure));
+}
+
+void notWritable(const ModelElement::Impl& element, const std::u16string& what) {
+  if (element.isProxy()) throw lxb::messages::CannotModifyProxy(what);
+  if (!element.isAlive()) invalidValue(what, u"the element was destroyed; create another one.");
+  invalidValue(what, u"the element's model is frozen; thaw it first.");
+}
+
+void cannotAddSecondObject(const ModelElement::Impl& owner, unsigned index) {
+  cannotAddSecondObject(owner.nameOfProperty(index));
+}
+
+void cannotAddSecondObject(const std::u16string& place) {
+  throw lxb::messages::CannotAddSecondObject(place);
+}
+
+void cannotAddNonExistentObject(const ModelElement::Impl& owner, unsigned index) {
+  throw lxb::messages::CannotAddNonExistentObject(owner.nameOfProperty(index));
+}
+
+void cannotCreateCrossModelAssociation(const ModelElement::Impl& owner, unsigned index) {
+  throw lxb::messages::CannotCreateCrossModelAssociation(owner.nameOfProperty(index));
+}
+
+void uniquenessConstraint(const ModelElement::Impl& owner, unsigned index, const std::u16string& key) {
+  throw lxb::messages::UniquenessConstraint(owner.nameOfProperty(index), key);
+}
+
+void cannotAddIncompatibleTypes(const ModelElement::Impl& owner, unsigned index, const ModelElement& given,
+                                const meta::Class& wanted) {
+  throw lxb::messages::CannotAddIncompatibleTypes(owner.nameOfProperty(index), nameOf(given),
+                                                  wanted.getQualifiedName());
+}
+
+void cannotSetReadOnlyProperty(const meta::Property& property) {
+  throw lxb::messages::CannotSetReadOnlyProperty(property.getQualifiedName());
+}
+
+void noSuchType(const std::u16string& name) {
+  throw lxb::messages::NoSuchType(name);
+}
+
+void cannotCast(const ModelElement& given, const meta::Class& wanted) {
+  throw lxb::messages::CannotCastIncompatibleTypes(nameOf(given), wanted.getQualifiedName());
+}
+
+void changedWhileWalked(const ModelElement::Impl& owner, unsigned index) {
+  const std::u16string name = owner.isAlive() ? owner.nameOfProperty(index) : u"A collection";
+  invalidValue(name, u"the collection changed while it was walked; start again from its beginning.");
+}
+
+}  // namespace report
+
+namespace detail {
+
+void raiseBadValueCast(const std::type_info* given, const std::type_info& wanted) {
+  const auto nameOf = [](const std::type_info& type) {
+    return text::toUtf16(boost::core::demangle(type.name()));
+  };
+  throw lxb::messages::CannotCastIncompatibleTypes(given == nullptr ? u"an empty value" : nameOf(*given),
+                                                   nameOf(wanted));
+}
+
+}  // namespace detail
+}  // namespace lx::base

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include <boost/optional.hpp>
+
+#include "platform/foundation/ModelImpl.h"
+#include "platform/text/Compare.h"
+
+namespace lx::base {
+
+namespace detail {
+
+template <class T>
+bool equalValues(const T& left, const T& right) {
+  if constexpr (std::is_same_v<T, std::u16string>)
+    return text::equal(left, right);
+  else
+    return left == right;
+}
+
+/// The type's zero, which a getter gives on an element that is gone.
+template <class T>
+const T& zero() {
+  static const T value{};
+  return value;
+}
+
+}  // namespace detail
+
+/// A property with one value. Only the functions of its element write it.
+template <class T>
+class Single {
+ public:
+  using Old = T;
+
+  Single() = default;
+  explicit Single(T initial) : value_(std::move(initial)) {}
+
+  const T& get() const noexcept { return value_; }
+  void swap(T& other) noexcept {
+    using std::swap;
+    swap(value_, other);
+  }
+
+  // What a table of fields asks of each field.
+  void saveTo(Old& old) const { old = value_; }
+  void restoreFrom(Old& old) noexcept { swap(old); }
+  bool isUnchangedSince(const Old& old) const { return detail::equalValues(value_, old); }
+  Value oldValue(const Old& old) const { return Value(old); }
+  Value toValue() const { return Value(value_); }
+  static Value zeroValue() { return Value(T{}); }
+  bool hasValue() const noexcept { return isPresent(value_); }
+  void visitContained(ModelElement::Impl::ContainedVisitor&) const noexcept {}
+  void letGo() noexcept {
+    T none{};
+    swap(none);
+  }
+
+ private:
+  template <class U>
+  static bool isPresent(const boost::optional<U>& value) noexcept {
+    return value.has_value();
+  }
+  template <class U>
+  static bool isPresent(const U&) noexcept {
+    return true;
+  }
+
+  T value_{};
+};
+
+namespace detail {
+
+/// Gives a property's value, the type's zero if the element is gone.
+template <class T>
+const T& get(const ModelElement::Impl& self, const Single<T>& field) {
+  return self.isAlive() ? field.get() : zero<T>();
+}
+
+/// Writes a field within the transaction of a mutator. What `self` changes while an element that contains it
+/// is about to be destroyed is final: no old value is kept, so that what the old value holds is let go at
+/// once.
+template <class T>
+void assign(ModelElement::Impl& self, Single<T>& field, T& next, unsigned index) {
+  MutationScope scope(*self.modelImpl());
+  if (!ModelAccess::isWithinDying(self)) self.notifyModifying(index);
+  field.swap(next);
+  scope.commit();
+}
+
+/// Sets a property with one value: on a proxy raises `CannotModifyProxy`, for an equal value does nothing,
+/// else copies the value, begins a transaction or joins one, notes the old value, and assigns.
+template <class T>
+void set(ModelElement::Impl& self, Single<T>& field, const std::type_identity_t<T>& value, unsigned index) {
+  self.checkWritable(index);
+  if (equalValues(field.get(), value)) return;
+  T next(value);
+  assign(self, field, next, index);
+}  // the old value is let go here, behind the commit
+
+}  // namespace detail
+}  // namespace lx::base

@@ -1,0 +1,176 @@
+#pragma once
+
+#include <cstddef>
+#include <new>
+#include <string>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
+
+#include "platform/export.h"
+
+namespace lx::base {
+
+class ModelElement;
+
+namespace detail {
+
+/// How the values of one type are copied, compared and destroyed; one object per type.
+struct ValueOperations {
+  const std::type_info& type;
+  void (*copy)(void* to, const void* from);
+  void (*move)(void* to, void* from) noexcept;
+  void (*destroy)(void* value) noexcept;
+  bool (*equal)(const void* left, const void* right);
+};
+
+/// Handles are carried as handles of the root class, so that any element is taken by asking for that one; a
+/// text literal is carried as a text.
+template <class T>
+using CarriedAs =
+    std::conditional_t<std::is_base_of_v<ModelElement, T>, ModelElement,
+                       std::conditional_t<std::is_same_v<T, const char16_t*> || std::is_same_v<T, char16_t*>,
+                                          std::u16string, T>>;
+
+[[noreturn]] ND_PLATFORM_EXPORT void raiseBadValueCast(const std::type_info* given,
+                                                       const std::type_info& wanted);
+
+}  // namespace detail
+
+/// Carries a value of any property: a number, a text, a handle, a list.
+///
+/// Values up to the size of a text lie within the object. A value without content is empty. Handles of every
+/// class are carried as `ModelElement`.
+class ND_PLATFORM_EXPORT Value {
+ public:
+  Value() noexcept = default;
+
+  template <class T, class D = std::decay_t<T>, class = std::enable_if_t<!std::is_same_v<D, Value>>>
+  Value(T&& content) {  // NOLINT(google-explicit-constructor): any content is a value
+    construct<detail::CarriedAs<D>>(std::forward<T>(content));
+  }
+
+  Value(const Value& other) {
+    if (other.operations_ != nullptr) other.operations_->copy(storage_, other.storage_);
+    operations_ = other.operations_;
+  }
+
+  Value(Value&& other) noexcept { takeFrom(other); }
+
+  Value& operator=(const Value& other) {
+    Value copy(other);
+    return *this = std::move(copy);
+  }
+
+  Value& operator=(Value&& other) noexcept {
+    if (this != &other) {
+      clear();
+      takeFrom(other);
+    }
+    return *this;
+  }
+
+  ~Value() { clear(); }
+
+  bool isEmpty() const noexcept { return operations_ == nullptr; }
+
+  /// Tells whether the content is exactly of this type.
+  template <class T>
+  bool is() const noexcept {
+    return operations_ != nullptr && operations_->type == typeid(detail::CarriedAs<T>);
+  }
+
+  /// Gives the content. Raises `CannotCastIncompatibleTypes` if it is of another type.
+  template <class T>
+  const detail::CarriedAs<T>& as() const {
+    if (!is<T>()) detail::raiseBadValueCast(operations_ ? &operations_->type : nullptr, typeid(T));
+    return *content<detail::CarriedAs<T>>(storage_);
+  }
+
+  /// Tells whether two values are of one type and equal; empty values equal each other.
+  friend bool operator==(const Value& left, const Value& right) {
+    if (left.operations_ == nullptr || right.operations_ == nullptr)
+      return left.operations_ == right.operations_;
+    return left.operations_->type == right.operations_->type &&
+           left.operations_->equal(left.storage_, right.storage_);
+  }
+
+  /// Compares the contents of two values of type T; raises `CannotCastIncompatibleTypes` for another type.
+  template <class T>
+  static bool genericComparator(const Value& left, const Value& right) {
+    return left.as<T>() == right.as<T>();
+  }
+
+ private:
+  static constexpr std::size_t Inline = sizeof(std::u16string);
+
+  template <class T>
+  static constexpr bool FitsInline = sizeof(T) <= Inline &&
+                                     alignof(T) <= alignof(void*) && std::is_nothrow_move_constructible_v<T>;
+
+  template <class T>
+  static T* content(void* storage) noexcept {
+    if constexpr (FitsInline<T>)
+      return std::launder(static_cast<T*>(storage));
+    else
+      return *std::launder(static_cast<T**>(storage));
+  }
+
+  template <class T>
+  static const T* content(const void* storage) noexcept {
+    if constexpr (FitsInline<T>)
+      return std::launder(static_cast<const T*>(storage));
+    else
+      return *std::launder(static_cast<T* const*>(storage));
+  }
+
+  template <class T, class A>
+  void construct(A&& content) {
+    static constexpr detail::ValueOperations Operations{
+        typeid(T),
+        [](void* to, const void* from) {
+          if constexpr (FitsInline<T>)
+            ::new (to) T(*Value::content<T>(from));
+          else
+            ::new (to) T*(new T(*Value::content<T>(from)));
+        },
+        [](void* to, void* from) noexcept {
+          if constexpr (FitsInline<T>) {
+            ::new (to) T(std::move(*Value::content<T>(from)));
+            Value::content<T>(from)->~T();
+          } else {
+            ::new (to) T*(Value::content<T>(from));
+          }
+        },
+        [](void* value) noexcept {
+          if constexpr (FitsInline<T>)
+            Value::content<T>(value)->~T();
+          else
+            delete Value::content<T>(value);
+        },
+        [](const void* left, const void* right) {
+          return static_cast<bool>(*Value::content<T>(left) == *Value::content<T>(right));
+        }};
+    if constexpr (FitsInline<T>)
+      ::new (static_cast<void*>(storage_)) T(std::forward<A>(content));
+    else
+      ::new (static_cast<void*>(storage_)) T*(new T(std::forward<A>(content)));
+    operations_ = &Operations;
+  }
+
+  void takeFrom(Value& other) noexcept {
+    operations_ = other.operations_;
+    if (operations_ != nullptr) operations_->move(storage_, other.storage_);
+    other.operations_ = nullptr;
+  }
+
+  void clear() noexcept {
+    if (operations_ != nullptr) operations_->destroy(storage_);
+    operations_ = nullptr;
+  }
+
+  const detail::ValueOperations* operations_ = nullptr;
+  alignas(void*) std::byte storage_[Inline];
+};
+
+}  // namespace lx::base

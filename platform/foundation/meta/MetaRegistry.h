@@ -1,0 +1,84 @@
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "platform/export.h"
+#include "platform/foundation/Transaction.h"
+#include "platform/foundation/meta/Meta.h"
+#include "platform/foundation/meta/MetaImpl.h"
+#include "platform/foundation/meta/PropertySerializer.h"
+
+namespace lx::base::meta {
+
+/// Knows every type by name, and owns the model in which the meta elements live.
+///
+/// The types that the foundation brings itself are registered from the start, under their name alone and
+/// under their qualified one: `ModelElement`, `String`, `StdString`, `Boolean`, `Integer`, `Model`,
+/// `HvArray`, `UUID`. Between calls the meta model is frozen. It is the one part of the foundation that
+/// several threads may use: whoever writes it holds the mutex, and so does every look-up.
+class ND_PLATFORM_EXPORT MetaRegistry {
+ public:
+  class Update;
+  using Names = std::map<std::u16string, Type, text::Less>;
+
+  static MetaRegistry& getInstance();
+
+  std::recursive_mutex& mutex() noexcept { return mutex_; }
+  const Model& model() const noexcept { return model_; }
+
+  /// Gives a type by one of its names. Raises `NoSuchType`.
+  Type getType(const std::u16string& name) const;
+
+  /// Finds a type by one of its names; a null handle if there is none.
+  Type findType(const std::u16string& name) const;
+
+  /// Give a type of one kind by name. Raise `NoSuchType` if the name is unknown or that of another kind.
+  Class getClass(const std::u16string& name) const;
+  PrimitiveType getPrimitiveType(const std::u16string& name) const;
+
+  /// Give the root packages, in the order of their registration, or one of them; null if there is none.
+  std::vector<Package> getRootPackages() const;
+  Package findRootPackage(const std::u16string& name) const;
+
+  /// Register a type, or a name more for it; within an update.
+  void registerTypeNames(const Type& type, const std::vector<std::u16string>& names);
+  void registerType(const Class& type, BuilderFactory builderFactory);
+  void registerRootPackage(const Package& package);
+
+  /// Takes a root package away with all that it holds; within an update.
+  void unregisterRootPackage(const std::u16string& name);
+
+ private:
+  MetaRegistry();
+
+  mutable std::recursive_mutex mutex_;
+  Model model_;
+  Names types_;
+  std::vector<Package> rootPackages_;
+};
+
+/// The scope of a change to the registry: holds its mutex, thaws its model, and opens a quiet transaction on
+/// it. What was not committed is undone, in the model, the registry and the serializers.
+class ND_PLATFORM_EXPORT MetaRegistry::Update {
+ public:
+  explicit Update(MetaRegistry& registry);
+  Update(const Update&) = delete;
+  Update& operator=(const Update&) = delete;
+  ~Update();
+
+  void commit();
+
+ private:
+  MetaRegistry& registry_;
+  std::scoped_lock<std::recursive_mutex> lock_;
+  Names types_;
+  std::vector<Package> rootPackages_;
+  PropertySerializerRegistry::Entries serializers_;
+  Model::Thawer thawer_;
+  Transaction transaction_;
+};
+
+}  // namespace lx::base::meta

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "platform/host/internal/ArrayHandle.h"
+
+namespace hvdetail {
+
+/// A variable of a workspace, with its name in the same piece of memory. It stays in its place until it is
+/// removed.
+class Variable {
+ public:
+  static std::unique_ptr<Variable> create(std::string_view name, BodyRef body);
+
+  std::string_view name() const noexcept { return {static_cast<const char*>(nameStart()), nameSize_}; }
+  hvArray& value() noexcept { return value_; }
+  const hvArray& value() const noexcept { return value_; }
+
+  static void operator delete(void* memory) noexcept;
+
+ private:
+  struct Trailing {
+    std::size_t bytes;
+  };
+
+  Variable(std::size_t nameSize, BodyRef body) noexcept;
+  static void* operator new(std::size_t size, Trailing trailing);
+  static void operator delete(void* memory, Trailing trailing) noexcept;
+
+  const void* nameStart() const noexcept { return this + 1; }
+
+  std::size_t nameSize_;
+  hvArray value_;
+};
+
+/// A hash table from names to variables: open addressing, a power of two slots, at most two thirds of them in
+/// use. The part of the hash beside each pointer spares nearly all visits to variables of other names.
+class VariableIndex {
+ public:
+  static std::size_t hashOf(std::string_view name) noexcept;
+
+  Variable* find(std::string_view name, std::size_t hash) const noexcept;
+
+  /// Makes room for so many variables in all.
+  void reserve(std::size_t variables);
+  /// Files a variable whose name isn't there yet; there must be room.
+  void insert(Variable& variable, std::size_t hash) noexcept;
+  void swap(VariableIndex& other) noexcept;
+
+ private:
+  struct Slot {
+    std::size_t hash = 0;
+    Variable* variable = nullptr;
+  };
+
+  std::size_t firstFree(std::size_t hash) const noexcept;
+
+  std::vector<Slot> slots_;
+};
+
+}  // namespace hvdetail
+
+/// The variables of a workspace, in the order in which they were first assigned.
+struct inWorkSpace_tag {
+ public:
+  explicit inWorkSpace_tag(std::size_t sizeHint) noexcept;
+
+  void assign(const hvArray* value, std::string_view name);
+  void clear() noexcept;
+  const hvArray* find(std::string_view name) const noexcept;
+  std::size_t size() const noexcept { return variables_.size(); }
+
+  /// Gives the first variable whose number is at least `number`, and sets it to that; null at the end.
+  /// Numbers are given in the order of assignment and never twice.
+  const hvdetail::Variable* atOrBehind(std::uint64_t& number) const noexcept;
+
+ private:
+  void append(hvdetail::BodyRef body, std::string_view name, std::size_t hash);
+
+  std::vector<std::unique_ptr<hvdetail::Variable>> variables_;
+  hvdetail::VariableIndex index_;
+  std::uint64_t firstNumber_ = 0;
+  std::size_t expected_;
+};

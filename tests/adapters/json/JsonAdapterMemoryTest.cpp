@@ -1,0 +1,53 @@
+#include <new>
+
+#include <gtest/gtest.h>
+
+#include "tests/adapters/json/AdapterFixture.h"
+#include "tests/adapters/json/FailingNew.h"
+
+namespace {
+
+using JsonAdapterMemory = AdapterFixture;
+
+}  // namespace
+
+TEST_F(JsonAdapterMemory, LeavesTheContainerAloneWhenAnAllocationOfAReadFails) {
+  adapter_.open(
+      write("a.json", R"({"a": [1, "x", {"b": [[1, 2], [3, 4]]}], "c": "text", "d": [{"e": 1}, {"e": 2}]})"));
+  fillContainer();
+  const ContainerState before = state();
+  auto& metaData = container_.impl()->getMetaDataCacheMutable();
+  std::size_t failures = 0;
+  for (std::size_t number = 1;; ++number) {
+    nd::data::adapter::AdapterError error = nd::data::adapter::AdapterError::create(model_);
+    error.setError(nd::data::adapter::AdapterDiagnostic::NoDiagnostic, u"", u"", u"");
+    const std::size_t arrays = hvGetLiveArrayCount();
+    bool isShort = false;
+    bool hasFailed = false;
+    {
+      const FailingNew fault(number);
+      try {
+        adapter_.getData(workspace_, metaData, u"", error);
+      } catch (const std::bad_alloc&) {
+        isShort = true;
+      }
+      hasFailed = fault.hasFailed();
+    }
+    ASSERT_EQ(error.getId(), nd::data::adapter::AdapterDiagnostic::NoDiagnostic) << "allocation " << number;
+    if (isShort) {
+      ++failures;
+      ASSERT_EQ(state(), before) << "allocation " << number;
+      ASSERT_EQ(hvGetLiveArrayCount(), arrays) << "allocation " << number;
+    } else if (hasFailed) {
+      // It went without that memory; the next round begins where this one did.
+      ASSERT_TRUE(state().metaData.empty());
+      inClearArraysInDesiredWS(workspace_);
+      fillContainer();
+    } else {
+      break;
+    }
+  }
+  EXPECT_GT(failures, 30U);
+  EXPECT_EQ(state().variables.size(), 3U);
+  EXPECT_TRUE(state().metaData.empty());
+}

@@ -1,0 +1,65 @@
+#include <algorithm>
+#include <new>
+
+#include <gtest/gtest.h>
+
+#include "adapters/json/FormatFailure.h"
+#include "adapters/json/Reader.h"
+#include "platform/host/ArrayComparison.h"
+#include "tests/adapters/json/FailingNew.h"
+
+using nd::adapters::json::PaddedText;
+using nd::adapters::json::readVariables;
+using nd::adapters::json::Variable;
+
+namespace {
+
+bool areEqual(const std::vector<Variable>& left, const std::vector<Variable>& right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](const auto& one, const auto& other) {
+                      return one.name == other.name && hvEqual(one.value.get(), other.value.get());
+                    });
+}
+
+}  // namespace
+
+TEST(ReaderMemory, PassesOnThatAnAllocationFailsAndLeavesNoArrayBehind) {
+  const PaddedText content(std::string_view(
+      R"({"a": 1, "b": [[1, 2], [3, 9007199254740993], "x"], "c": ["a", null, "\u00e4"], "d": [[true], [false]],
+          "e": [{"p": 1, "q": [1, {}]}, {"q": null, "p": "t"}, {"p": 3}], "f": [null, [null]], "g": {"h": {}}})"));
+  const std::vector<Variable> expected = readVariables(content);
+  const std::size_t arrays = hvGetLiveArrayCount();
+  std::size_t failures = 0;
+  for (std::size_t number = 1;; ++number) {
+    const FailingNew fault(number);
+    try {
+      // Memory that it can do without may be missing.
+      EXPECT_TRUE(areEqual(readVariables(content), expected)) << "allocation " << number;
+    } catch (const std::bad_alloc&) {
+      ++failures;
+    }
+    EXPECT_EQ(hvGetLiveArrayCount(), arrays) << "allocation " << number;
+    if (!fault.hasFailed()) break;
+  }
+  EXPECT_GT(failures, 50U);
+}
+
+TEST(ReaderMemory, PassesItOnWhileItSaysWhatIsWrongWithAText) {
+  const PaddedText content(std::string_view(R"({"a": [1, 2, {"b": "x" "c"}]})"));
+  const std::size_t arrays = hvGetLiveArrayCount();
+  bool wasShort = false;
+  for (std::size_t number = 1;; ++number) {
+    const FailingNew fault(number);
+    try {
+      readVariables(content);
+      ADD_FAILURE() << "it was read";
+    } catch (const std::bad_alloc&) {
+      EXPECT_TRUE(fault.hasFailed()) << "allocation " << number;
+      wasShort = true;
+    } catch (const nd::adapters::json::FormatFailure&) {
+      if (!fault.hasFailed()) break;
+    }
+    EXPECT_EQ(hvGetLiveArrayCount(), arrays) << "allocation " << number;
+  }
+  EXPECT_TRUE(wasShort);
+}

@@ -1,0 +1,104 @@
+"""How .ci/run goes through its steps and how it ends, shown on a copy of it with stand-ins for what it calls."""
+
+import os
+import re
+import shutil
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+SCRIPT = Path(__file__).resolve().parents[2] / ".ci" / "run"
+SUMMARY = "100% tests passed, 0 tests failed out of 7\n\nTotal Test time (real) =   1.00 sec"
+
+
+class ContinuousIntegration(unittest.TestCase):
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = Path(folder.name) / "house"
+        self.calls = Path(folder.name) / "calls"
+        self.bin = Path(folder.name) / "bin"
+        text = SCRIPT.read_text(encoding="utf-8")
+        for script in sorted(set(re.findall(r"scripts/[\w.-]+", text))):
+            self.stand_in(script)
+        self.stand_in("run", f"[[ $3 == dev ]] && echo 'started'; echo 'Test #1'; echo '{SUMMARY}'")
+        for command in ("ctest", "shellcheck"):
+            self.stand_in(self.bin / command)
+        (self.root / "build/release").mkdir(parents=True)
+        (self.root / "build/release/CMakeCache.txt").write_text("Python3_EXECUTABLE:FILEPATH=/bin/true\n",
+                                                                encoding="utf-8")
+        (self.root / "tests/nd_data_adapter/model").mkdir(parents=True)
+        (self.root / "tests/nd_data_adapter/model/test_generator.py").touch()
+        (self.root / ".ci").mkdir()
+        shutil.copy(SCRIPT, self.root / ".ci/run")
+
+    def stand_in(self, path, body=""):
+        place = self.root / path
+        place.parent.mkdir(parents=True, exist_ok=True)
+        place.write_text(f'#!{shutil.which("bash")}\necho "{place.name} $*" >> "$CALLS"\n{body}\n', encoding="utf-8")
+        place.chmod(0o755)
+
+    def run_script(self):
+        environment = {**os.environ, "PATH": f"{self.bin}:{os.environ['PATH']}", "CALLS": str(self.calls)}
+        return subprocess.run(["bash", self.root / ".ci/run"], capture_output=True, text=True, check=False, cwd="/",
+                              stdin=subprocess.DEVNULL, env=environment)
+
+    def test_ends_with_the_summary_of_the_tests(self):
+        result = self.run_script()
+        self.assertEqual(0, result.returncode, result.stdout + result.stderr)
+        self.assertTrue(result.stdout.endswith(SUMMARY + "\n"), result.stdout)
+        self.assertEqual(2, result.stdout.count("tests of"))
+
+    def test_every_step_says_how_long_it_took(self):
+        said = self.run_script().stdout
+        begun = re.findall(r"^== (?!All|The)(.*?)$", said, re.MULTILINE)
+        names = [name for name in begun if not re.search(r": ok, \d+\.\d min$", name)]
+        self.assertGreater(len(names), 8)
+        for name in names:
+            self.assertRegex(said, rf"(?m)^== {re.escape(name)}: ok, \d+\.\d min$")
+
+    def test_tests_both_presets(self):
+        self.run_script()
+        calls = self.calls.read_text(encoding="utf-8").splitlines()
+        self.assertIn("run test --preset release", calls)
+        self.assertIn("run test --preset dev", calls)
+
+    def test_a_failing_step_is_named_and_the_others_still_run(self):
+        self.stand_in("scripts/check_format", "exit 1")
+        result = self.run_script()
+        self.assertEqual(1, result.returncode)
+        self.assertEqual("== Failed: format", result.stdout.splitlines()[-1])
+        self.assertIn("== include arrows: ok", result.stdout)
+        self.assertIn("== clang-tidy: ok", result.stdout)
+
+    def test_every_failing_step_is_named(self):
+        self.stand_in("scripts/check_format", "exit 1")
+        self.stand_in("scripts/check_outside_project", "exit 3")
+        result = self.run_script()
+        self.assertEqual(["== Failed: format", "== Failed: installation and an outside project"],
+                         result.stdout.splitlines()[-2:])
+
+    def test_nothing_follows_a_build_that_fails(self):
+        self.stand_in("run", "echo broken; exit 1")
+        result = self.run_script()
+        self.assertEqual(1, result.returncode)
+        self.assertEqual("== Failed: build and tests", result.stdout.splitlines()[-1])
+        self.assertNotIn("check_format", self.calls.read_text(encoding="utf-8"))
+
+    def test_failing_tests_under_sanitizers_fail_the_run(self):
+        self.stand_in("run", f"echo '{SUMMARY}'; [[ $3 != dev ]]")
+        result = self.run_script()
+        self.assertEqual(1, result.returncode)
+        self.assertEqual("== Failed: build and tests under sanitizers", result.stdout.splitlines()[-1])
+
+    def test_a_generator_without_tests_fails_its_step(self):
+        (self.root / "tests/nd_data_adapter/model/test_generator.py").unlink()
+        result = self.run_script()
+        self.assertEqual(1, result.returncode)
+        self.assertEqual("== Failed: generator", result.stdout.splitlines()[-1])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,226 @@
+// The end of the cache: the only place where adapters are closed.
+
+#include "nd_data_adapter/model/AdapterCacheV2.h"
+#include "nd_data_adapter/model/AdapterManagerV2.h"
+#include "tests/support/BrokerTest.h"
+#include "tests/support/ModelWatch.h"
+#include "tests/support/Thrown.h"
+#include "tests/support/describe.h"
+
+using namespace nd::data::adapter;
+using lx::base::Model;
+using lx::base::Transaction;
+using support::everyKindOfException;
+using support::isLeftBy;
+using support::Lines;
+using support::ModelWatch;
+using support::ProbeAdapter;
+using support::stateOfBroker;
+using support::Thrown;
+
+namespace {
+
+using Names = std::vector<std::u16string>;
+
+class ClosingTheCache : public support::BrokerTest {
+ protected:
+  void store(const std::u16string& qualifier) const {
+    EXPECT_TRUE(cache.addCPPAdapterToCache(makeProbe(qualifier), qualifier));
+  }
+
+  const AdapterCacheV2 cache = AdapterCacheV2::getInstance();
+  const Model model = cache.getModel();
+};
+
+TEST_F(ClosingTheCache, ClosesEachAdapterOnceInTheOrderOfTheQualifiersAndEndsItBeforeTheNextIsClosed) {
+  store(u"q");
+  store(u"p");
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
+  EXPECT_FALSE(cache.isAlive());
+}
+
+TEST_F(ClosingTheCache, ClosesAdaptersWhenItsModelEndsToo) {
+  store(u"q");
+  store(u"p");
+  model.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
+}
+
+TEST_F(ClosingTheCache, ClosesAdaptersAlsoWhenSomebodyObservesTheModel) {
+  store(u"q");
+  store(u"p");
+  const ModelWatch watch(model);
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
+  ASSERT_EQ(watch.notices().size(), 1U) << "all of it is one transaction";
+  EXPECT_EQ(watch.notices()[0].size(), 3U) << "the cache and two entries are destroyed";
+}
+
+TEST_F(ClosingTheCache, DoesNotCloseWhatWasRemovedBefore) {
+  store(u"p");
+  store(u"q");
+  cache.removeCPPAdapterFromCache(u"p");
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.~", "q.close", "q.~"}));
+}
+
+TEST_F(ClosingTheCache, ClosesAnAdapterThatAClientHoldsAndLeavesItToTheClient) {
+  store(u"p");
+  const std::shared_ptr<CPPAdapterV2> held = cache.getCPPAdapter(u"p");
+  cache.destroy();
+  EXPECT_EQ(calls(), Lines{"p.close"});
+  EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST_F(ClosingTheCache, ClosesWhileTheModelIsWhole) {
+  store(u"p");
+  store(u"q");
+  Lines seen;
+  log->at("q.close", [&] {
+    seen.push_back(cache.isAlive() ? "alive" : "dead");
+    seen.push_back(model.impl()->hasOpenTransaction() ? "in a transaction" : "outside any transaction");
+    for (std::string& line : stateOfBroker()) seen.push_back(std::move(line));
+  });
+  cache.destroy();
+  EXPECT_EQ(seen, (Lines{"alive", "in a transaction", "open p: null", "open q: q"}));
+}
+
+TEST_F(ClosingTheCache, LeavesItsEntriesWithoutAdapters) {
+  store(u"p");
+  store(u"q");
+  cache.impl()->aboutToDestroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
+  EXPECT_EQ(stateOfBroker(), (Lines{"open p: null", "open q: null"}));
+}
+
+TEST_F(ClosingTheCache, PassesOverEntriesWithoutAnAdapter) {
+  store(u"p");
+  store(u"q");
+  cache.impl()->getCPPCache().find(u"p").setAdapter(nullptr);
+  calls();
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"q.close", "q.~"}));
+}
+
+// A close that throws
+
+TEST_F(ClosingTheCache, LetsWhatACloseThrowsPassAndStaysAlive) {
+  for (const Thrown& thrown : everyKindOfException()) {
+    SCOPED_TRACE(thrown.name);
+    for (const char16_t* qualifier : {u"p", u"q", u"r"}) store(qualifier);
+    log->throwAt("q.close", thrown.object);
+
+    EXPECT_TRUE(isLeftBy(thrown.object, [&] { cache.destroy(); }));
+
+    EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close"}));
+    EXPECT_TRUE(cache.isAlive());
+    EXPECT_EQ(AdapterCacheV2::getInstance(), cache);
+    EXPECT_EQ(stateOfBroker(), (Lines{"open p: null", "open q: q", "open r: r"}));
+    EXPECT_FALSE(model.impl()->hasOpenTransaction());
+    for (const char16_t* qualifier : {u"p", u"q", u"r"})
+      EXPECT_TRUE(cache.removeCPPAdapterFromCache(qualifier));
+    calls();
+  }
+}
+
+TEST_F(ClosingTheCache, LetsWhatACloseThrowsPassWhenItsModelIsDestroyed) {
+  for (const Thrown& thrown : everyKindOfException()) {
+    SCOPED_TRACE(thrown.name);
+    for (const char16_t* qualifier : {u"p", u"q"}) store(qualifier);
+    log->throwAt("p.close", thrown.object);
+    EXPECT_TRUE(isLeftBy(thrown.object, [&] { model.destroy(); }));
+    EXPECT_TRUE(model.isAlive());
+    EXPECT_TRUE(cache.isAlive());
+    EXPECT_FALSE(model.impl()->hasOpenTransaction());
+    EXPECT_EQ(stateOfBroker(), (Lines{"open p: p", "open q: q"}));
+    for (const char16_t* qualifier : {u"p", u"q"}) EXPECT_TRUE(cache.removeCPPAdapterFromCache(qualifier));
+    calls();
+  }
+}
+
+TEST_F(ClosingTheCache, GoesOnAtTheNextDestructionWhereACloseThatThrewHadStoppedIt) {
+  for (const char16_t* qualifier : {u"p", u"q", u"r"}) store(qualifier);
+  log->throwAt("q.close", std::make_exception_ptr(1));
+  EXPECT_THROW(cache.destroy(), int);
+  calls();
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"q.close", "q.~", "r.close", "r.~"}));
+  EXPECT_FALSE(cache.isAlive());
+}
+
+TEST_F(ClosingTheCache, WorksOnAfterACloseThatThrew) {
+  store(u"p");
+  log->throwAt("p.close", std::make_exception_ptr(1));
+  EXPECT_THROW(cache.destroy(), int);
+  store(u"q");
+  EXPECT_EQ(cache.getAllAdapterQualifiers(), (Names{u"p", u"q"}));
+  EXPECT_TRUE(cache.removeCPPAdapterFromCache(u"p"));
+}
+
+// Undoing
+
+TEST_F(ClosingTheCache, ComesBackWithItsEntriesAndWithoutAdaptersWhenItsEndIsUndone) {
+  store(u"p");
+  store(u"q");
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    cache.destroy();
+    EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"})) << "final at once";
+  }
+  EXPECT_TRUE(cache.isAlive());
+  EXPECT_EQ(stateOfBroker(), (Lines{"open p: null", "open q: null"}));
+  EXPECT_EQ(cache.getCPPAdapter(u"p"), nullptr);
+  EXPECT_TRUE(cache.removeCPPAdapterFromCache(u"p"));
+  cache.destroy();
+  EXPECT_TRUE(calls().empty()) << "nothing is closed twice";
+}
+
+// Adapters that change the cache while they are closed
+
+TEST_F(ClosingTheCache, DoesNotTouchAnEntryThatAnotherAdapterClosesMeanwhile) {
+  for (const char16_t* qualifier : {u"p", u"q", u"r"}) store(qualifier);
+  log->at("p.close", [&] { EXPECT_TRUE(cache.removeCPPAdapterFromCache(u"q")); });
+  cache.destroy();
+  const Lines seen = calls();
+  EXPECT_EQ(support::missingIn(seen, {"p.close", "p.~", "q.~", "r.close", "r.~"}), Lines{});
+  EXPECT_EQ(support::missingIn(seen, {"q.close"}), Lines{"q.close"});
+}
+
+TEST_F(ClosingTheCache, ClosesAGreaterQualifierThatAnAdapterOpensMeanwhile) {
+  store(u"p");
+  log->at("p.close", [&] {
+    store(u"z");
+    store(u"a");
+  });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "z.close", "z.~", "a.~"}))
+      << "what is behind the walk is not closed";
+}
+
+TEST_F(ClosingTheCache, GoesOnBehindAnAdapterThatClosesItsOwnSource) {
+  store(u"p");
+  store(u"q");
+  log->at("p.close", [&] { EXPECT_TRUE(cache.removeCPPAdapterFromCache(u"p")); });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
+}
+
+TEST_F(ClosingTheCache, IsDestroyedOnceWhenAnAdapterDestroysItAgain) {
+  store(u"p");
+  store(u"q");
+  log->at("p.close", [&] { cache.destroy(); });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
+  EXPECT_FALSE(cache.isAlive());
+}
+
+TEST_F(ClosingTheCache, IsStillTheInstanceForAnAdapterThatIsClosed) {
+  store(u"p");
+  AdapterCacheV2 seen;
+  log->at("p.close", [&] { seen = AdapterCacheV2::getInstance(); });
+  cache.destroy();
+  EXPECT_EQ(seen, cache);
+}
+
+}  // namespace

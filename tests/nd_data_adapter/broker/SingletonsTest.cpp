@@ -1,0 +1,222 @@
+// The one registry and the one cache of the process: how they come into being and are made again.
+
+#include "nd_data_adapter/model/AdapterCacheV2.h"
+#include "nd_data_adapter/model/AdapterManagerV2.h"
+#include "nd_data_adapter/model/AdapterRegistryV2.h"
+#include "tests/support/BrokerTest.h"
+#include "tests/support/Thrown.h"
+#include "tests/support/describe.h"
+
+using namespace nd::data::adapter;
+using lx::base::Model;
+using lx::base::Transaction;
+using support::Lines;
+using support::ProbeAdapter;
+using support::stateOfBroker;
+
+namespace {
+
+using Names = std::vector<std::u16string>;
+
+template <class Element>
+class SingletonTest : public support::BrokerTest {};
+
+using BothSingletons = testing::Types<AdapterRegistryV2, AdapterCacheV2>;
+TYPED_TEST_SUITE(SingletonTest, BothSingletons);
+
+TYPED_TEST(SingletonTest, IsTheSameElementEachTime) {
+  EXPECT_TRUE(TypeParam::getInstance().isAlive());
+  EXPECT_EQ(TypeParam::getInstance(), TypeParam::getInstance());
+}
+
+TYPED_TEST(SingletonTest, IsAloneInItsModel) {
+  const TypeParam element = TypeParam::getInstance();
+  EXPECT_EQ(element.getModel().impl()->elements(), std::vector<lx::base::ModelElement>{element});
+  EXPECT_FALSE(element.container());
+}
+
+TYPED_TEST(SingletonTest, HasARandomIdentity) {
+  const TypeParam first = TypeParam::getInstance();
+  const boost::uuids::uuid identity = first.identifier();
+  EXPECT_FALSE(identity.is_nil());
+  first.destroy();
+  EXPECT_NE(TypeParam::getInstance().identifier(), identity);
+}
+
+TYPED_TEST(SingletonTest, IsMadeAgainEmptyInTheSameModelWhenItIsGone) {
+  const TypeParam first = TypeParam::getInstance();
+  const Model model = first.getModel();
+  first.destroy();
+  const TypeParam second = TypeParam::getInstance();
+  EXPECT_FALSE(first.isAlive());
+  EXPECT_TRUE(second.isAlive());
+  EXPECT_NE(second, first);
+  EXPECT_EQ(second.getModel(), model);
+  EXPECT_EQ(model.impl()->numberOfElements(), 1U);
+}
+
+TYPED_TEST(SingletonTest, IsMadeAgainInANewModelWhenItsModelIsGone) {
+  const TypeParam first = TypeParam::getInstance();
+  const Model model = first.getModel();
+  model.destroy();
+  EXPECT_FALSE(first.isAlive());
+  const TypeParam second = TypeParam::getInstance();
+  EXPECT_TRUE(second.isAlive());
+  EXPECT_TRUE(second.getModel().isAlive());
+  EXPECT_NE(second.getModel(), model);
+}
+
+TYPED_TEST(SingletonTest, IsMadeWithinATransactionAndGoesWithIt) {
+  const Model model = TypeParam::getInstance().getModel();
+  TypeParam::getInstance().destroy();
+  TypeParam inner;
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    inner = TypeParam::getInstance();
+    EXPECT_TRUE(inner.isAlive());
+  }
+  EXPECT_FALSE(inner.isAlive());
+  EXPECT_TRUE(TypeParam::getInstance().isAlive());
+}
+
+class TwoSingletons : public support::BrokerTest {
+ protected:
+  static AdapterRegistryV2 registry() { return AdapterRegistryV2::getInstance(); }
+  static AdapterCacheV2 cache() { return AdapterCacheV2::getInstance(); }
+};
+
+TEST_F(TwoSingletons, LiveInModelsOfTheirOwn) {
+  EXPECT_NE(registry().getModel(), cache().getModel());
+  registry().getModel().destroy();
+  EXPECT_TRUE(cache().isAlive());
+}
+
+TEST_F(TwoSingletons, LoseTheirContentsApart) {
+  registerProbe(u"a");
+  AdapterManagerV2::openSource(u"x.test", u"s", {});
+  calls();
+  registry().destroy();
+  EXPECT_EQ(stateOfBroker(), Lines{"open x.test::s: a'1"});
+  EXPECT_EQ(calls(), Lines{"a.~"}) << "what was opened goes on";
+  registerProbe(u"b");
+  cache().destroy();
+  EXPECT_EQ(stateOfBroker(), Lines{"registered b: b"});
+}
+
+// The end of the registry
+
+TEST_F(TwoSingletons, ReleasePrototypesInTheOrderOfTheirNamesWithoutClosingThem) {
+  registerProbe(u"b");
+  registerProbe(u"a");
+  registry().destroy();
+  EXPECT_EQ(calls(), (Lines{"a.~", "b.~"}));
+}
+
+TEST_F(TwoSingletons, ReleasePrototypesWhenTheModelOfTheRegistryEndsToo) {
+  registerProbe(u"a");
+  registry().getModel().destroy();
+  EXPECT_EQ(calls(), Lines{"a.~"});
+  EXPECT_TRUE(stateOfBroker().empty());
+}
+
+TEST_F(TwoSingletons, ReleasePrototypesWhileTheModelIsStillWhole) {
+  registerProbe(u"a");
+  registerProbe(u"b");
+  const AdapterRegistryV2 dying = registry();
+  Lines seen;
+  log->at("b.~", [&] {
+    seen.push_back(dying.isAlive() ? "registry alive" : "registry dead");
+    seen.push_back(dying == registry() ? "still the instance" : "another instance");
+    for (const CPPAdapterV2Entry& entry : dying.impl()->getCPPRegistry()) {
+      seen.push_back((entry.isAlive() ? "entry alive: " : "entry dead: ") +
+                     ProbeAdapter::labelOf(entry.adapter()));
+    }
+  });
+  dying.destroy();
+  EXPECT_EQ(seen, (Lines{"registry alive", "still the instance", "entry alive: null", "entry alive: null"}));
+}
+
+TEST_F(TwoSingletons, LeaveNoEntryOfTheRegistryWithAnAdapter) {
+  registerProbe(u"a");
+  registerProbe(u"b");
+  std::vector<CPPAdapterV2Entry> entries;
+  for (const CPPAdapterV2Entry& entry : registry().impl()->getCPPRegistry()) entries.push_back(entry);
+  registry().impl()->aboutToDestroy();
+  EXPECT_EQ(calls(), (Lines{"a.~", "b.~"}));
+  EXPECT_EQ(registry().impl()->getCPPRegistry().keys(), (Names{u"a", u"b"})) << "the entries stay";
+  for (const CPPAdapterV2Entry& entry : entries) {
+    EXPECT_TRUE(entry.isAlive());
+    EXPECT_EQ(entry.adapter(), nullptr);
+  }
+}
+
+TEST_F(TwoSingletons, LeaveAPrototypeToThoseWhoHoldItWhenTheRegistryEnds) {
+  const std::shared_ptr<ProbeAdapter> held = registerProbe(u"a");
+  registry().destroy();
+  EXPECT_TRUE(calls().empty());
+  EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST_F(TwoSingletons, AnswerThePrototypeThatAsksByNameInItsEnd) {
+  registerProbe(u"a");
+  bool isKnown = false;
+  log->at("a.~", [&] { isKnown = registry().isAdapterRegisteredByName(u"a"); });
+  registry().destroy();
+  EXPECT_TRUE(isKnown) << "its entry is still there";
+}
+
+// What is asked of entries without an adapter must not end the process.
+
+void askEverything() {
+  const AdapterRegistryV2 registry = AdapterRegistryV2::getInstance();
+  registry.getNewCPPAdapter(u"a");
+  registry.getCPPAdapterForStaticUse(u"a");
+  registry.getCPPAdapterStaticForSource(u"x.test");
+  registry.isAdapterRegisteredByExtension(u".test");
+  registry.getAllAdapterNames();
+  registry.getDisplayList();
+}
+
+TEST_F(TwoSingletons, AnswerThePrototypeThatAsksForTheOthersInItsEnd) {
+  EXPECT_EXIT(
+      {
+        registerProbe(u"a");
+        registerProbe(u"b");
+        log->at("b.~", askEverything);
+        registry().destroy();
+        log->forgetActions();
+        std::_Exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST_F(TwoSingletons, AnswerWhenTheEndOfTheRegistryWasUndone) {
+  EXPECT_EXIT(
+      {
+        registerProbe(u"a");
+        const AdapterRegistryV2 kept = registry();
+        {
+          const Transaction abandoned = kept.getModel().impl()->beginTransaction(false);
+          kept.destroy();
+        }
+        if (!kept.isAlive()) std::_Exit(1);
+        askEverything();
+        std::_Exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST_F(TwoSingletons, ComeBackWithTheirEntriesAndWithoutAdaptersWhenTheEndOfTheRegistryIsUndone) {
+  registerProbe(u"a");
+  const AdapterRegistryV2 kept = registry();
+  {
+    const Transaction abandoned = kept.getModel().impl()->beginTransaction(false);
+    kept.destroy();
+    EXPECT_FALSE(kept.isAlive());
+  }
+  EXPECT_TRUE(kept.isAlive());
+  EXPECT_EQ(calls(), Lines{"a.~"});
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: null"});
+}
+
+}  // namespace

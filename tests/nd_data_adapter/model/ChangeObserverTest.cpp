@@ -1,0 +1,202 @@
+#include "tests/nd_data_adapter/model/Recorder.h"
+
+using namespace model_test;
+using lx::base::ChangeObserver;
+using lx::base::ChangeSet;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/// Calls a function at each notice.
+class Step final : public ChangeObserver {
+ public:
+  explicit Step(std::function<void(const ChangeSet&)> step) : step_(std::move(step)) {}
+  void changed(const ChangeSet& changes) noexcept override { step_(changes); }
+
+ private:
+  std::function<void(const ChangeSet&)> step_;
+};
+
+TEST(ChangeObserver, IsToldWhenTheModelStandsWholeAndNothingIsOpen) {
+  const Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  Recorder recorder(model);
+  bool open = true;
+  std::u16string id;
+  recorder.whenTold([&](const ChangeSet&) {
+    open = model.impl()->hasOpenTransaction();
+    id = tuple.id();
+  });
+  tuple.setId(u"a");
+  EXPECT_FALSE(open);
+  EXPECT_EQ(id, u"a");
+}
+
+TEST(ChangeObserver, IsToldInTheOrderOfAdding) {
+  const Model model = Model::create();
+  std::string order;
+  Step first([&](const ChangeSet&) { order += '1'; });
+  Step second([&](const ChangeSet&) { order += '2'; });
+  model.impl()->addObserver(first);
+  model.impl()->addObserver(second);
+  ChangeTuple::create(model);
+  EXPECT_EQ(order, "12");
+  EXPECT_EQ(notices(model), 2U);
+}
+
+TEST(ChangeObserver, HearsNothingAfterItsRemoval) {
+  const Model model = Model::create();
+  int told = 0;
+  Step step([&](const ChangeSet&) { ++told; });
+  model.impl()->addObserver(step);
+  ChangeTuple::create(model);
+  model.impl()->removeObserver(step);
+  ChangeTuple::create(model);
+  EXPECT_EQ(told, 1);
+}
+
+TEST(ChangeObserver, MayRemoveItself) {
+  const Model model = Model::create();
+  std::string order;
+  Step* self = nullptr;
+  Step first([&](const ChangeSet&) {
+    order += '1';
+    model.impl()->removeObserver(*self);
+  });
+  Step second([&](const ChangeSet&) { order += '2'; });
+  self = &first;
+  model.impl()->addObserver(first);
+  model.impl()->addObserver(second);
+  ChangeTuple::create(model);
+  ChangeTuple::create(model);
+  EXPECT_EQ(order, "122");
+}
+
+TEST(ChangeObserver, MayRemoveAnotherBeforeItIsTold) {
+  const Model model = Model::create();
+  std::string order;
+  Step second([&](const ChangeSet&) { order += '2'; });
+  Step first([&](const ChangeSet&) {
+    order += '1';
+    model.impl()->removeObserver(second);
+  });
+  model.impl()->addObserver(first);
+  model.impl()->addObserver(second);
+  ChangeTuple::create(model);
+  ChangeTuple::create(model);
+  EXPECT_EQ(order, "11");
+}
+
+TEST(ChangeObserver, HearsFromTheNextCommitOnWhenItIsAddedDuringANotice) {
+  const Model model = Model::create();
+  std::string order;
+  Step second([&](const ChangeSet&) { order += '2'; });
+  bool added = false;
+  Step first([&](const ChangeSet&) {
+    order += '1';
+    if (!std::exchange(added, true)) model.impl()->addObserver(second);
+  });
+  model.impl()->addObserver(first);
+  ChangeTuple::create(model);
+  EXPECT_EQ(order, "1");
+  ChangeTuple::create(model);
+  EXPECT_EQ(order, "112");
+}
+
+TEST(ChangeObserver, MayChangeTheModel) {
+  const Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model), echo = ChangeTuple::create(model);
+  Recorder recorder(model);
+  recorder.call(tuple, "tuple"), recorder.call(echo, "echo");
+  Step step([&](const ChangeSet&) { echo.setId(tuple.id()); });
+  model.impl()->addObserver(step);
+  tuple.setId(u"a");
+  EXPECT_EQ(echo.id(), u"a");
+  EXPECT_THAT(recorder.take(), ElementsAre("tuple.id was \"\"", "echo.id was \"\""));
+  model.impl()->removeObserver(step);
+}
+
+TEST(ChangeObserver, GetsTheOldValuesRightAlsoWhenAnotherChangedTheModelMeanwhile) {
+  const Model model = Model::create();
+  const ChangeReport report = reportOf(model, {u"a", u"b"});
+  const auto variants = variantsOf(model, {u"a", u"b"});
+  const ChangeTuple a = report.changes().at(0), b = report.changes().at(1);
+  const auto first = variants.variants().find(u"a"), second = variants.variants().find(u"b");
+  bool done = false;
+  Step step([&](const ChangeSet&) {
+    if (std::exchange(done, true)) return;
+    Transaction own = begin(model);
+    report.getChangesMutable().clear();
+    variants.getVariantsMutable().clear();
+    own.commit();
+  });
+  model.impl()->addObserver(step);
+  Recorder recorder(model);
+  recorder.call(report, "report"), recorder.call(a, "a"), recorder.call(b, "b");
+  recorder.call(variants, "variants"), recorder.call(first, "first"), recorder.call(second, "second");
+  {
+    Transaction open = begin(model);
+    const ChangeTuple c = report.createIntoChanges(ChangeTuple::Builder());
+    recorder.call(c, "c");
+    first.setName(u"c");
+    open.commit();
+  }
+  // The commit of the observer's own transaction is told within that of the first.
+  EXPECT_THAT(
+      recorder.take(),
+      ElementsAre("-c -b -a -second -first report.changes was [a b c] variants.Variants was [second first]",
+                  "report.changes was [a b] variants.Variants was [first second]"));
+  model.impl()->removeObserver(step);
+}
+
+TEST(ChangeObserver, MayDestroyWhatTheNoticeIsAbout) {
+  const Model model = Model::create();
+  const ChangeReport report = reportOf(model, {u"a"});
+  Step step([&](const ChangeSet&) { report.destroy(); });
+  model.impl()->addObserver(step);
+  report.createIntoChanges(ChangeTuple::Builder());
+  EXPECT_FALSE(report.isAlive());
+  EXPECT_EQ(model.impl()->numberOfElements(), 0U);
+}
+
+TEST(ChangeObserver, MayDestroyTheModel) {
+  const Model model = Model::create();
+  const ChangeReport report = reportOf(model, {u"a", u"b"});
+  Step step([&](const ChangeSet&) { model.destroy(); });
+  int told = 0;
+  Step after([&](const ChangeSet&) { ++told; });
+  model.impl()->addObserver(step);
+  model.impl()->addObserver(after);
+  report.changes().at(0).destroy();
+  EXPECT_FALSE(model.isAlive());
+  EXPECT_EQ(told, 0);
+}
+
+TEST(ChangeObserver, MayLetTheLastHandleToTheModelGo) {
+  Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  Step step([&](const ChangeSet&) { model = Model(); });
+  model.impl()->addObserver(step);
+  tuple.setId(u"a");
+  EXPECT_FALSE(tuple.isAlive());
+}
+
+TEST(ChangeObserver, MayKeepWhatItWasTold) {
+  const Model model = Model::create();
+  const ChangeReport report = reportOf(model, {u"a"});
+  std::vector<std::unique_ptr<ModelElement::Impl::Changes>> kept;
+  Step step([&](const ChangeSet& changes) {
+    for (auto& each : changes.changes()) kept.push_back(std::move(each));
+  });
+  model.impl()->addObserver(step);
+  const ChangeTuple tuple = report.changes().at(0);
+  report.createIntoChanges(ChangeTuple::Builder());
+  report.destroy();
+  ASSERT_EQ(kept.size(), 1U);
+  EXPECT_EQ(kept.front()->element(), report);
+  EXPECT_EQ(kept.front()->oldValue(1), Value(std::vector<ModelElement>{tuple}));
+  EXPECT_TRUE(kept.front()->oldValue(2).isEmpty());
+}
+
+}  // namespace

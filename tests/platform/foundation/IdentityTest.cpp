@@ -1,0 +1,45 @@
+#include <set>
+#include <thread>
+
+#include "platform/foundation/Identity.h"
+#include "platform/foundation/ModelImpl.h"
+
+using lx::base::Model;
+using lx::base::detail::randomIdentity;
+
+namespace {
+
+TEST(RandomIdentity, IsAVersion4UuidOfTheCommonVariant) {
+  for (int round = 0; round < 100; ++round) {
+    const boost::uuids::uuid uuid = randomIdentity();
+    EXPECT_EQ(uuid.version(), boost::uuids::uuid::version_random_number_based);
+    EXPECT_EQ(uuid.variant(), boost::uuids::uuid::variant_rfc_4122);
+  }
+}
+
+TEST(RandomIdentity, DoesNotRepeat) {
+  std::set<boost::uuids::uuid> seen;
+  for (int round = 0; round < 10000; ++round) EXPECT_TRUE(seen.insert(randomIdentity()).second);
+}
+
+TEST(RandomIdentity, DiffersBetweenThreads) {
+  const auto thousand = [](std::set<boost::uuids::uuid>& seen) {
+    for (int round = 0; round < 1000; ++round) seen.insert(randomIdentity());
+  };
+  std::set<boost::uuids::uuid> here, there;
+  std::thread other([&] { thousand(there); });
+  thousand(here);
+  other.join();
+  here.merge(there);
+  EXPECT_EQ(here.size(), 2000U);
+}
+
+TEST(ModelIdentity, IsMadeOnceAndDiffersFromModelToModel) {
+  const Model one = Model::create();
+  const Model two = Model::create();
+  EXPECT_FALSE(one.identifier().is_nil());
+  EXPECT_EQ(one.identifier(), one.identifier());
+  EXPECT_NE(one.identifier(), two.identifier());
+}
+
+}  // namespace

@@ -1,0 +1,53 @@
+#include <filesystem>
+#include <system_error>
+
+#include "nd_data_adapter/model/URIOperations.h"
+#include "platform/text/Convert.h"
+#include "tools/ndx/Source.h"
+#include "tools/ndx/nearNames.h"
+#include "tools/ndx/quote.h"
+
+namespace nd::tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// List the names in a folder; none if it can't be read.
+std::vector<std::string> namesIn(const fs::path& folder) {
+  std::vector<std::string> names;
+  std::error_code failed;
+  for (fs::directory_iterator at(folder.empty() ? "." : folder, failed), end; !failed && at != end;
+       at.increment(failed)) {
+    names.push_back(at->path().filename().string());
+  }
+  return names;
+}
+
+}  // namespace
+
+std::vector<std::string> hintsForPath(const std::string& source) {
+  std::vector<std::string> hints;
+  std::error_code failed;
+  const std::string path = lx::text::toUtf8(ndx::broker::URIOperations::removeTag(lx::text::toUtf16(source)));
+  const std::size_t special = source.find_first_of("#&");
+  if (special != std::string::npos && fs::exists(source, failed)) {
+    hints.push_back(
+        "There is a file " + quote(source) + ", but what stands behind " + quote(source.substr(special, 1)) +
+        " in the name of a source is taken as a tag. Give the file a name without # and &, or make a "
+        "link to it that has one.");
+    return hints;
+  }
+  if (fs::is_directory(path, failed)) {
+    hints.push_back(quote(path) + " is a folder; name a file in it.");
+    return hints;
+  }
+  if (fs::exists(path, failed)) return hints;
+  hints.push_back("There is no file " + quote(path) + ".");
+  const fs::path asPath(path);
+  for (const std::string& near : nearNames(asPath.filename().string(), namesIn(asPath.parent_path()))) {
+    hints.push_back("Did you mean " + quote((asPath.parent_path() / near).string()) + "?");
+  }
+  return hints;
+}
+
+}  // namespace nd::tools

@@ -1,0 +1,31 @@
+#include <dlfcn.h>
+
+#include "tools/ndx/Failure.h"
+#include "tools/ndx/commands.h"
+#include "tools/ndx/quote.h"
+
+namespace nd::tools {
+
+void loadModule(const std::string& path) {
+  constexpr const char* EntryPoint = "nd_register_adapters";
+  // Without a slash the system's library folders would be searched instead of the current one.
+  const std::string location = path.find('/') == std::string::npos ? "./" + path : path;
+  void* const module =
+      ::dlopen(location.c_str(), RTLD_NOW | RTLD_LOCAL);  // stays: its adapters outlive this call
+  if (module == nullptr) {
+    const char* const why = ::dlerror();
+    throw Failure(ExitStatus::WrongUsage, "the adapter module " + quote(path) + " can't be loaded",
+                  {why == nullptr ? std::string("The system gives no reason.") : std::string(why)});
+  }
+  const auto entry = reinterpret_cast<bool (*)()>(::dlsym(module, EntryPoint));
+  if (entry == nullptr) {
+    throw Failure(ExitStatus::WrongUsage, quote(path) + " is no adapter module",
+                  {"It has no function " + quote(EntryPoint) + "; see docs/ndx.md."});
+  }
+  if (!entry()) {
+    throw Failure(ExitStatus::WrongUsage, "the adapters of " + quote(path) + " could not be registered",
+                  {"An adapter of the same name is registered already; name each module once."});
+  }
+}
+
+}  // namespace nd::tools
