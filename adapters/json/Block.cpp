@@ -127,7 +127,6 @@ void BlockStacks::drop(const Block& block) noexcept {
     case BlockKind::Logical:
       truths.resize(block.begin);
       break;
-    case BlockKind::Null:
     case BlockKind::Text:
       texts.resize(block.begin);
       break;
@@ -144,7 +143,6 @@ hvArrayPtr makeArray(BlockStacks& stacks, const Block& block) {
       return hvArrayPtr(hvCreateNumericArray(dimensionsOf(block.shape), hvClassCode::Double));
     case BlockKind::Logical:
       return makeLogicalArray(stacks, block);
-    case BlockKind::Null:
     case BlockKind::Text:
       return makeTextArray(stacks, block);
     case BlockKind::Struct:
@@ -157,6 +155,12 @@ hvArrayPtr makeArray(BlockStacks& stacks, const Block& block) {
       break;
   }
   return makeNumericArray(stacks, block);
+}
+
+hvArrayPtr takeArray(BlockStacks& stacks, const Block& block) {
+  hvArrayPtr array = makeArray(stacks, block);
+  stacks.drop(block);
+  return array;
 }
 
 }  // namespace nd::adapters::json

@@ -21,7 +21,6 @@ enum class BlockKind {
   Int64,    ///< integers, not all of them exact as doubles
   UInt64,   ///< the same beyond the range of int64
   Logical,  ///< true and false
-  Null,     ///< nulls, nothing but
   Text,     ///< strings and nulls
   Struct,   ///< objects with the same names, one behind the other
   Array     ///< one finished array

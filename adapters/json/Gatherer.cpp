@@ -15,10 +15,6 @@
 namespace nd::adapters::json {
 namespace {
 
-bool isText(BlockKind kind) {
-  return kind == BlockKind::Null || kind == BlockKind::Text;
-}
-
 /// Numbers of a block, with the excerpt of the text that they stand in.
 struct Numbers {
   std::span<std::uint64_t> bits;
@@ -66,12 +62,12 @@ std::vector<std::size_t> positionsIn(const MemberNameList& others, const MemberN
 }  // namespace
 
 void Gatherer::add(Block&& block, std::size_t offset) {
-  if (isCells_) {
-    addCell(block);
-  } else if (count_ == 0) {
+  if (count_ == 0) {
     element_ = std::move(block);
-  } else if (!unite(block, offset)) {
-    turnToCells(&block);
+  } else if (element_.kind == BlockKind::Array || !unite(block, offset)) {
+    hvArrayPtr cell = takeArray(stacks_, block);
+    turnToCells();
+    stacks_.arrays.push_back(std::move(cell));
   }
   ++count_;
 }
@@ -79,11 +75,7 @@ void Gatherer::add(Block&& block, std::size_t offset) {
 bool Gatherer::unite(Block& block, std::size_t offset) {
   if (element_.shape != block.shape) return false;
   if (isNumeric(element_.kind) && isNumeric(block.kind)) return uniteNumbers(block, offset);
-  if (isText(element_.kind) && isText(block.kind)) {
-    if (block.kind == BlockKind::Text) element_.kind = BlockKind::Text;
-    return true;
-  }
-  if (element_.kind != block.kind || block.kind == BlockKind::Array) return false;
+  if (element_.kind != block.kind) return false;
   return block.kind != BlockKind::Struct || uniteObjects(block);
 }
 
@@ -117,36 +109,26 @@ bool Gatherer::uniteObjects(const Block& block) {
   return true;
 }
 
-void Gatherer::turnToCells(const Block* next) {
+void Gatherer::turnToCells() {
+  if (element_.kind == BlockKind::Array) return;
   std::vector<hvArrayPtr> cells;
-  cells.reserve(count_ + 1);
+  cells.reserve(count_);
   const std::size_t valuesPerElement = element_.kind == BlockKind::Struct ? element_.names->size() : 1;
   Block element = element_;
   for (std::size_t index = 0; index < count_; ++index) {
     cells.push_back(makeArray(stacks_, element));
     element.begin += countElements(element.shape) * valuesPerElement;
   }
-  if (next != nullptr) {
-    cells.push_back(makeArray(stacks_, *next));
-    stacks_.drop(*next);
-  }
   stacks_.drop(element_);
-  isCells_ = true;
   element_ = {BlockKind::Array, {}, stacks_.arrays.size(), {}, nullptr};
   std::move(cells.begin(), cells.end(), std::back_inserter(stacks_.arrays));
-}
-
-void Gatherer::addCell(const Block& block) {
-  hvArrayPtr cell = makeArray(stacks_, block);
-  stacks_.drop(block);
-  stacks_.arrays.push_back(std::move(cell));
 }
 
 Block Gatherer::finish() {
   if (count_ == 0) return {BlockKind::Empty, {0}, 0, {}, nullptr};
   const bool isNestedStructure = element_.kind == BlockKind::Struct && !element_.shape.empty();
-  if (!isCells_ && (element_.kind == BlockKind::Array || isNestedStructure)) turnToCells(nullptr);
-  if (isCells_) return finishCells();
+  if (isNestedStructure) turnToCells();
+  if (element_.kind == BlockKind::Array) return finishCells();
   element_.shape.insert(element_.shape.begin(), count_);
   return std::move(element_);
 }

@@ -19,7 +19,7 @@ namespace nd::adapters::json {
 /// Elements are alike if they are
 /// - numbers that one class holds without loss (the same for the numbers within arrays of one shape),
 /// - truth values, or arrays of them of one shape,
-/// - strings and nulls with at least one string, or arrays of them of one shape,
+/// - strings and nulls, or arrays of them of one shape,
 /// - objects with the same names, in whatever order,
 /// - arrays without any element, of one shape.
 class Gatherer {
@@ -29,7 +29,7 @@ class Gatherer {
 
   /// Tell whether a double may be added by `addDouble`.
   bool takesDoubles() const noexcept {
-    return count_ == 0 || (!isCells_ && element_.kind == BlockKind::Double && element_.shape.empty());
+    return count_ == 0 || (element_.kind == BlockKind::Double && element_.shape.empty());
   }
 
   /// Add a double of no more than `firstInexactInteger`.
@@ -52,16 +52,14 @@ class Gatherer {
   bool unite(Block& block, std::size_t offset);
   bool uniteNumbers(Block& block, std::size_t offset);
   bool uniteObjects(const Block& block);
-  void turnToCells(const Block* next);
-  void addCell(const Block& block);
+  void turnToCells();
   Block finishCells();
 
   BlockStacks& stacks_;
   std::string_view text_;
-  /// What each element is like; its beginning is that of the first one.
+  /// What each element is like; its beginning is that of the first one. Elements that differ are arrays.
   Block element_;
   std::size_t count_ = 0;
-  bool isCells_ = false;
 };
 
 }  // namespace nd::adapters::json

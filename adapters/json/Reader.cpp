@@ -120,9 +120,7 @@ class Reader {
     readMembers(top, names, [&](std::string_view name, std::size_t offset, ondemand::value& value) {
       checkVariableName(name, offset);
       variables.emplace_back(std::string(name), nullptr);
-      const Block block = readValue(value);
-      variables.back().value = makeArray(stacks_, block);
-      stacks_.drop(block);
+      variables.back().value = takeArray(stacks_, readValue(value));
     });
     return variables;
   }
@@ -222,9 +220,7 @@ class Reader {
     const std::size_t begin = stacks_.arrays.size();
     MemberNames names(expectedNames);
     readMembers(object, names, [&](std::string_view, std::size_t, ondemand::value& member) {
-      const Block block = readValue(member);
-      hvArrayPtr array = makeArray(stacks_, block);
-      stacks_.drop(block);
+      hvArrayPtr array = takeArray(stacks_, readValue(member));
       stacks_.arrays.push_back(std::move(array));
     });
     return {BlockKind::Struct, {}, begin, {}, names.finish()};
@@ -301,7 +297,7 @@ class Reader {
     take(value.is_null(), isNull);
     if (!isNull) refuse(simdjson::N_ATOM_ERROR);
     stacks_.texts.emplace_back();
-    return {BlockKind::Null, {}, stacks_.texts.size() - 1, {}, nullptr};
+    return {BlockKind::Text, {}, stacks_.texts.size() - 1, {}, nullptr};
   }
 
   std::string_view text_;

@@ -29,6 +29,7 @@ bool AdapterCacheV2::Impl::removeCPPAdapterFromCache(const std::u16string& adapt
   std::shared_ptr<CPPAdapterV2> adapter;
   lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
   adapter = entry.adapter();
+  entry.setAdapter(nullptr);  // while the cache is closing, this lets go of it at once
   entry.destroy();
   transaction.commit();
   return true;

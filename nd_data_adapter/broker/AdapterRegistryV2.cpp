@@ -18,6 +18,17 @@ bool claims(CPPAdapterV2& adapter, const std::u16string& dottedExtension) {
   });
 }
 
+/// Lists the prototypes in the order of their names. Entries have none while the registry ends, and when its
+/// end was undone.
+std::vector<std::shared_ptr<CPPAdapterV2>> prototypesOf(
+    const lx::base::ElementMap<std::u16string, CPPAdapterV2Entry>& entries) {
+  std::vector<std::shared_ptr<CPPAdapterV2>> result;
+  for (const CPPAdapterV2Entry& entry : entries) {
+    if (std::shared_ptr<CPPAdapterV2> prototype = entry.adapter()) result.push_back(std::move(prototype));
+  }
+  return result;
+}
+
 }  // namespace
 
 AdapterRegistryV2 AdapterRegistryV2::getInstance() {
@@ -53,6 +64,7 @@ std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getNewCPPAdapter(const st
   const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
   if (!entry) return nullptr;
   const std::shared_ptr<CPPAdapterV2> prototype = entry.adapter();
+  if (!prototype) return nullptr;
   return std::shared_ptr<CPPAdapterV2>(prototype->clone());
 }
 
@@ -68,8 +80,7 @@ std::vector<std::shared_ptr<CPPAdapterV2>> AdapterRegistryV2::Impl::getCPPAdapte
     const std::u16string& sourceURI) {
   const std::u16string extension = u"." + ndx::broker::URIOperations::getExtension(sourceURI);
   std::vector<std::shared_ptr<CPPAdapterV2>> result;
-  for (const CPPAdapterV2Entry& entry : cPPRegistry_) {
-    const std::shared_ptr<CPPAdapterV2> prototype = entry.adapter();
+  for (const std::shared_ptr<CPPAdapterV2>& prototype : prototypesOf(cPPRegistry_)) {
     if (claims(*prototype, extension)) result.push_back(prototype);
   }
   return result;
@@ -77,8 +88,7 @@ std::vector<std::shared_ptr<CPPAdapterV2>> AdapterRegistryV2::Impl::getCPPAdapte
 
 std::vector<std::u16string> AdapterRegistryV2::Impl::getDisplayList() {
   std::vector<std::u16string> result;
-  for (const CPPAdapterV2Entry& entry : cPPRegistry_) {
-    const std::shared_ptr<CPPAdapterV2> prototype = entry.adapter();
+  for (const std::shared_ptr<CPPAdapterV2>& prototype : prototypesOf(cPPRegistry_)) {
     for (const std::u16string& extension : prototype->getSupportedExtensions()) {
       result.push_back(extension + u" : " + prototype->getAdapterName());
     }
@@ -88,7 +98,9 @@ std::vector<std::u16string> AdapterRegistryV2::Impl::getDisplayList() {
 
 std::vector<std::u16string> AdapterRegistryV2::Impl::getAllAdapterNames() {
   std::vector<std::u16string> result;
-  for (const CPPAdapterV2Entry& entry : cPPRegistry_) result.push_back(entry.adapter()->getAdapterName());
+  for (const std::shared_ptr<CPPAdapterV2>& prototype : prototypesOf(cPPRegistry_)) {
+    result.push_back(prototype->getAdapterName());
+  }
   return result;
 }
 
@@ -97,14 +109,19 @@ bool AdapterRegistryV2::Impl::isAdapterRegisteredByName(const std::u16string& ad
 }
 
 bool AdapterRegistryV2::Impl::isAdapterRegisteredByExtension(const std::u16string& adapterExtension) {
-  return std::any_of(cPPRegistry_.begin(), cPPRegistry_.end(), [&](const CPPAdapterV2Entry& entry) {
-    return claims(*entry.adapter(), adapterExtension);
-  });
+  const std::vector<std::shared_ptr<CPPAdapterV2>> prototypes = prototypesOf(cPPRegistry_);
+  return std::any_of(prototypes.begin(), prototypes.end(),
+                     [&](const auto& prototype) { return claims(*prototype, adapterExtension); });
 }
 
 void AdapterRegistryV2::Impl::aboutToDestroy() {
   lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
-  for (const CPPAdapterV2Entry& entry : cPPRegistry_) entry.setAdapter(nullptr);
+  // The destructor of a prototype may change the registry, so the walk goes by key.
+  std::u16string name;
+  for (CPPAdapterV2Entry entry = cPPRegistry_.first(); entry; entry = cPPRegistry_.findGreater(name)) {
+    name = entry.adapterName();
+    entry.setAdapter(nullptr);
+  }
   transaction.commit();
 }
 

@@ -7,7 +7,7 @@ namespace nd::data::adapter::detail {
 namespace {
 
 std::unique_ptr<FirstGenerationRoad>& replacement() {
-  static std::unique_ptr<FirstGenerationRoad> road;
+  static std::unique_ptr<FirstGenerationRoad>& road = *new std::unique_ptr<FirstGenerationRoad>;
   return road;
 }
 
@@ -16,7 +16,7 @@ std::unique_ptr<FirstGenerationRoad>& replacement() {
 FirstGenerationRoad::~FirstGenerationRoad() = default;
 
 FirstGenerationRoad& FirstGenerationRoad::current() {
-  static FirstGenerationRoad empty;
+  static FirstGenerationRoad& empty = *new FirstGenerationRoad;  // the facade may be asked until the very end
   return replacement() ? *replacement() : empty;
 }
 

@@ -4,17 +4,41 @@
 
 namespace nd::data::adapter::detail {
 
-// What a static's construction touches first is destroyed after it.
+namespace {
+
+/// Lets go of a singleton at process exit: of the element first, then of its model, which destroys the
+/// element. The handles themselves are never destroyed, so that who asks later still gets a new, empty
+/// singleton.
+template <class E>
+class ReleaseAtExit {
+ public:
+  explicit ReleaseAtExit(Singleton<E>& singleton) noexcept : singleton_(singleton) {}
+  ReleaseAtExit(const ReleaseAtExit&) = delete;
+  ReleaseAtExit& operator=(const ReleaseAtExit&) = delete;
+  ~ReleaseAtExit() {
+    singleton_.element = E();
+    singleton_.model = lx::base::Model();
+  }
+
+ private:
+  Singleton<E>& singleton_;
+};
+
+}  // namespace
+
+// What a static's construction touches first goes after it.
 
 Singleton<AdapterRegistryV2>& registrySingleton() {
   MetaPackageNd_data_adapter::getInstance();
-  static Singleton<AdapterRegistryV2> singleton;
+  static Singleton<AdapterRegistryV2>& singleton = *new Singleton<AdapterRegistryV2>;
+  static const ReleaseAtExit<AdapterRegistryV2> release(singleton);
   return singleton;
 }
 
 Singleton<AdapterCacheV2>& cacheSingleton() {
   registrySingleton();
-  static Singleton<AdapterCacheV2> singleton;
+  static Singleton<AdapterCacheV2>& singleton = *new Singleton<AdapterCacheV2>;
+  static const ReleaseAtExit<AdapterCacheV2> release(singleton);
   return singleton;
 }
 

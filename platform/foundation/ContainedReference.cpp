@@ -8,9 +8,14 @@ void ContainedReferenceCore::setElement(ModelElement::Impl* child) {
   owner().checkWritable(index());
   if (child == target_) return;
   if (child != nullptr) checkAddable(child);
+  const ModelElement keep(child);
   Transaction transaction = owner().modelImpl()->beginTransaction(false);
+  // The child may hang below the element that it replaces, so that it is taken out before that is destroyed.
+  if (child != nullptr && child->containmentSlot() != nullptr) child->containmentSlot()->takeOut(*child);
   if (target_ != nullptr) target_->destroy();
+  if (target_ != nullptr) takeOut(*target_);  // its destruction is under way and comes to its end elsewhere
   if (child != nullptr) {
+    checkAddable(child);
     moveIn(*child, [&] {
       Operation operation(*this);
       owner()._setContainedByThis(*child, *this);

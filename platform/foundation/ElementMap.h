@@ -120,7 +120,12 @@ class KeyedCollectionCore : public ContainmentSlot {
     owner().checkWritable(index());
     if (nodes_.empty()) return;
     Transaction transaction = owner().modelImpl()->beginTransaction(false);
-    while (!nodes_.empty()) nodes_.rbegin()->element->destroy();
+    // What an element does when it is about to be destroyed may change the collection; each is destroyed
+    // once.
+    const std::vector<ModelElement> all = elementsAt(journal_.top());
+    for (auto each = all.rbegin(); each != all.rend(); ++each) {
+      if (each->impl()->containmentSlot() == this) each->destroy();
+    }
     transaction.commit();
   }
 

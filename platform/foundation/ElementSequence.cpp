@@ -46,7 +46,12 @@ void ElementSequenceCore::clear() {
   owner().checkWritable(index());
   if (elements_.empty()) return;
   Transaction transaction = owner().modelImpl()->beginTransaction(false);
-  while (!elements_.empty()) elements_.back()->destroy();
+  // What an element does when it is about to be destroyed may change the sequence; each is destroyed once,
+  // from the back.
+  const std::vector<ModelElement> all(elements_.begin(), elements_.end());
+  for (auto each = all.rbegin(); each != all.rend(); ++each) {
+    if (each->impl()->containmentSlot() == this) each->destroy();
+  }
   transaction.commit();
 }
 

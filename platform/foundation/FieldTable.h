@@ -42,10 +42,12 @@ void setFromValue(ImplT&, ContainedReference<E>& field, void (ImplT::*)(const E&
 }
 
 /// Replaces what a collection contains: the former elements are destroyed, the new ones put in, in their
-/// order.
+/// order. A list that is there already stays; one that names some of it raises
+/// `CannotAddNonExistentObject`.
 template <class Collection>
 void replaceElements(Collection& field, const std::vector<ModelElement>& elements) {
   field.owner().checkWritable(field.index());
+  if (field.toValue() == Value(elements)) return;
   Transaction transaction = field.owner().modelImpl()->beginTransaction(false);
   field.clear();
   for (const ModelElement& element : elements) {

@@ -5,7 +5,7 @@
 namespace lx::base::detail {
 
 boost::uuids::uuid randomIdentity() {
-  thread_local boost::uuids::random_generator_mt19937 generator;
+  static auto& generator = *new boost::uuids::random_generator_mt19937;  // outlives all that may ask
   return generator();
 }
 

@@ -11,7 +11,8 @@ namespace lx::base {
 WorkQueueFactory::~WorkQueueFactory() = default;
 
 const std::shared_ptr<const WorkQueueFactory>& WorkQueueFactory::getDefault() {
-  static const std::shared_ptr<const WorkQueueFactory> factory = std::make_shared<const WorkQueueFactory>();
+  static const auto& factory =
+      *new std::shared_ptr<const WorkQueueFactory>(std::make_shared<const WorkQueueFactory>());
   return factory;
 }
 

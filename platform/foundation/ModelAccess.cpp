@@ -104,9 +104,11 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
     created.storage_ = nullptr;
     if (!created.isAlive()) bringOut(created);
   }
+  Storage* last = nullptr;
   for (Storage* storage = saved; storage != nullptr; storage = storage->next_) {
     storage->element_->storage_ = nullptr;
     if (!storage->element_->isAlive()) bringOut(*storage->element_);
+    last = storage;
   }
   model.top_ = nullptr;
   recycle(level);
@@ -117,7 +119,14 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
     buried.next_ = nullptr;
     bury(buried);
   }
-  release(saved);
+  if (model.telling_ == 0) {
+    release(std::exchange(model.retained_, nullptr));
+    release(saved);
+  } else if (last != nullptr) {
+    // A notice under way may still be asked for older values, which are found by going back over these.
+    last->next_ = model.retained_;
+    model.retained_ = saved;
+  }
 }
 
 void ModelAccess::handOver(Level& level) noexcept {
@@ -125,19 +134,21 @@ void ModelAccess::handOver(Level& level) noexcept {
   Level& outer = *level.outer;
   if (level.label) outer.label = std::move(level.label);
   model.top_ = &outer;
-  Element* const end = level.newestBefore;
-  for (Element* element = model.newest_; element != end; element = element->previous_) {
+  for (Element* element = model.newest_; element != level.newestBefore; element = element->previous_) {
     if (element->storage_ == &level.created) element->storage_ = &outer.created;
   }
   Storage* obsolete = nullptr;
+  Storage* const before = outer.saved;
+  Storage** end =
+      &outer.saved;  // the storages that move go in front of the others, in the order that they have
   for (Storage* storage = level.saved; storage != nullptr;) {
     Storage& inner = *storage;
     storage = inner.next_;
     Storage* const older = inner.outer_;
     if (older == nullptr || older->level_ != &outer) {
       inner.level_ = &outer;
-      inner.next_ = outer.saved;
-      outer.saved = &inner;
+      *end = &inner;
+      end = &inner.next_;
       continue;
     }
     inner.element_->storage_ = older;
@@ -151,6 +162,7 @@ void ModelAccess::handOver(Level& level) noexcept {
     inner.next_ = obsolete;
     obsolete = &inner;
   }
+  *end = before;
   recycle(level);
   release(obsolete);
 }
@@ -188,8 +200,8 @@ void ModelAccess::rollBack(Level& level) noexcept {
 
 void ModelAccess::release(Storage* saved) noexcept {
   while (saved != nullptr) {
+    const ModelElement keep(saved->element_);  // the storage's marks reach into the element
     const std::unique_ptr<Storage> storage(saved);
-    const ModelElement keep(storage->element_);
     saved = storage->next_;
     keep.removeRef();  // the storage's own reference
   }
@@ -215,7 +227,8 @@ ChangeSet ModelAccess::collectChanges(Level& level) {
 
 void ModelAccess::notify(Model::Impl& model, const ChangeSet& changes) noexcept {
   ++model.telling_;
-  for (std::size_t at = 0; at < model.observers_.size(); ++at) {
+  const std::size_t count = model.observers_.size();  // one that is added meanwhile hears of the next commit
+  for (std::size_t at = 0; at < std::min(count, model.observers_.size()); ++at) {
     if (model.observers_[at] == nullptr) continue;
     ++model.counters_.notices;
     model.observers_[at]->changed(changes);

@@ -23,7 +23,8 @@ class ND_PLATFORM_EXPORT ChangeObserver {
   virtual ~ChangeObserver();
 
   /// Called once a commit. The change set lives for the call only. The observer may change the model in
-  /// transactions of its own; it must not throw, since what is committed can't be taken back.
+  /// transactions of its own, whose notices come at once, within this one; it must not throw, since what is
+  /// committed can't be taken back.
   virtual void changed(const ChangeSet& changes) noexcept = 0;
 };
 
@@ -85,7 +86,8 @@ class ND_PLATFORM_EXPORT Model::Impl {
   /// Counts the elements that exist, by walking over them.
   std::size_t numberOfElements() const noexcept;
 
-  /// Adds an observer; the caller keeps it alive until it removes it or the model is gone.
+  /// Adds an observer, which hears from the next commit on; the caller keeps it alive until it removes it or
+  /// the model is gone.
   void addObserver(ChangeObserver& observer);
   void removeObserver(ChangeObserver& observer) noexcept;
 
@@ -104,6 +106,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
   ModelElement::Impl* newest_ = nullptr;
   ModelElement::Impl* oldest_ = nullptr;
   detail::Level* top_ = nullptr;
+  ModelElement::Impl::Storage* retained_ = nullptr;  // of commits within a notice, the latest first
   std::vector<std::unique_ptr<detail::Level>> spareLevels_;
   std::vector<ChangeObserver*> observers_;  // null where one was removed while they are told
   std::unordered_multimap<boost::uuids::uuid, ModelElement::Impl*, boost::hash<boost::uuids::uuid>>

@@ -24,7 +24,7 @@ bool equalValues(const T& left, const T& right) {
 /// The type's zero, which a getter gives on an element that is gone.
 template <class T>
 const T& zero() {
-  static const T value{};
+  static const T& value = *new T{};  // outlives all that may ask at process exit
   return value;
 }
 

@@ -14,8 +14,8 @@ namespace support {
 
 void BrokerTest::emptyBroker() {
   FirstGenerationRoad::replace(nullptr);
-  AdapterCacheV2::getInstance().destroy();
-  AdapterRegistryV2::getInstance().destroy();
+  AdapterCacheV2::getInstance().getModel().destroy();
+  AdapterRegistryV2::getInstance().getModel().destroy();
 }
 
 BrokerTest::BrokerTest() {

@@ -17,7 +17,8 @@ Lines stateOfBroker();
 /// Describes every element of a model with the values of all its properties, in the order of creation.
 Lines contentsOf(const lx::base::Model& model);
 
-/// Describes the variables of a workspace, as "gain = 2.5", in their order. An empty pointer has none.
+/// Describes the variables of a workspace, as "gain: 1x1 double = 2.5", in their order. An empty pointer has
+/// none.
 Lines contentsOf(const boost::shared_ptr<inWorkSpace_tag>& workspace);
 
 /// What of the second list is not in the first: how often a line is there counts.

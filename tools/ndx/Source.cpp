@@ -1,6 +1,7 @@
 #include "tools/ndx/Source.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/AdapterManagerV2.h"
@@ -68,6 +69,11 @@ std::vector<std::string> whyNoneReads(const SourceName& name, const SourceFacts&
 }  // namespace
 
 SourceFacts factsOf(const SourceName& name) {
+  const std::vector<std::string> hints = hintsForTag(name.source);
+  const bool namesAnotherFile = !hints.empty() && AdapterManagerV2::doesSourceExist(toUtf16(name.source));
+  if (namesAnotherFile) {
+    throw Failure(ExitStatus::WrongUsage, quote(name.source) + " can mean two files", hints);
+  }
   SourceFacts facts{lx::base::Model::create(), {}};
   facts.adapters = AdapterManagerV2::getAdapterConfig(toUtf16(name.source), facts.model);
   return facts;
@@ -100,18 +106,26 @@ Source::Source(const SourceName& name, const SourceFacts& facts)
       model_(lx::base::Model::create()),
       container_(DataContainer::create(model_)) {
   container_.setDataCache(inCreateWorkspace(UsualNumberOfVariables));
-  // What an open that fails has to say comes with the read.
-  AdapterManagerV2::openSource(toUtf16(source_), toUtf16(section_), model_.identifier());
   try {
+    // What an open that fails has to say comes with the read.
+    AdapterManagerV2::openSource(toUtf16(source_), toUtf16(section_), model_.identifier());
     read();
   } catch (...) {
-    AdapterManagerV2::closeSource(toUtf16(source_), toUtf16(section_), model_.identifier());
+    close();
     throw;
   }
 }
 
 Source::~Source() {
-  AdapterManagerV2::closeSource(toUtf16(source_), toUtf16(section_), model_.identifier());
+  close();
+}
+
+void Source::close() noexcept {
+  try {
+    AdapterManagerV2::closeSource(toUtf16(source_), toUtf16(section_), model_.identifier());
+  } catch (...) {
+    // The data is here already, and the process ends soon: nobody is helped by hearing of it.
+  }
 }
 
 void Source::read() {
@@ -119,9 +133,9 @@ void Source::read() {
       AdapterManagerV2::getData(toUtf16(source_), toUtf16(section_), container_, u"", model_);
   if (error.getId() == AdapterDiagnostic::NoDiagnostic) return;
   const bool isAbsent = error.getId() == AdapterDiagnostic::Inaccessible;
-  ndsvDiagnosticImpl* const diagnostic = AdapterError::convertAdapterErrorsToDiagnostic({error});
-  const std::string message = toUtf8(ndsvFormatDiagnostic(diagnostic));
-  ndsvDestroyDiagnostic(diagnostic);
+  const std::unique_ptr<ndsvDiagnosticImpl, void (*)(ndsvDiagnosticImpl*) noexcept> diagnostic(
+      AdapterError::convertAdapterErrorsToDiagnostic({error}), &ndsvDestroyDiagnostic);
+  const std::string message = toUtf8(ndsvFormatDiagnostic(diagnostic.get()));
   throw Failure(ExitStatus::Unreadable, message,
                 isAbsent ? hintsForPath(source_) : std::vector<std::string>());
 }

@@ -22,7 +22,8 @@ struct SourceFacts {
   std::vector<nd::data::adapter::AdapterConfig> adapters;
 };
 
-/// Ask the broker which adapters claim a source.
+/// Ask the broker which adapters claim a source. Raises Failure WrongUsage for a name whose tag hides a file
+/// of the whole name behind another one.
 SourceFacts factsOf(const SourceName& name);
 
 /// Choose the section to read. Raises Failure: NoAdapter if no adapter reads the source, or not this section;
@@ -49,6 +50,7 @@ class Source {
 
  private:
   void read();
+  void close() noexcept;
 
   std::string source_;
   std::string section_;
@@ -59,5 +61,8 @@ class Source {
 /// Say what may be wrong with the path of a source: that a part of it is taken as a tag or marker, that it is
 /// a folder, that it isn't there, and which names are near.
 std::vector<std::string> hintsForPath(const std::string& source);
+
+/// Say that a file of the whole name is there, and that its name is not taken whole; empty otherwise.
+std::vector<std::string> hintsForTag(const std::string& source);
 
 }  // namespace nd::tools

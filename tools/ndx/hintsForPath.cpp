@@ -25,18 +25,19 @@ std::vector<std::string> namesIn(const fs::path& folder) {
 
 }  // namespace
 
-std::vector<std::string> hintsForPath(const std::string& source) {
-  std::vector<std::string> hints;
+std::vector<std::string> hintsForTag(const std::string& source) {
   std::error_code failed;
   const std::string path = lx::text::toUtf8(ndx::broker::URIOperations::removeTag(lx::text::toUtf16(source)));
-  const std::size_t special = source.find_first_of("#&");
-  if (special != std::string::npos && fs::exists(source, failed)) {
-    hints.push_back(
-        "There is a file " + quote(source) + ", but what stands behind " + quote(source.substr(special, 1)) +
-        " in the name of a source is taken as a tag. Give the file a name without # and &, or make a "
-        "link to it that has one.");
-    return hints;
-  }
+  if (path == source || !fs::exists(source, failed)) return {};
+  return {"There is a file " + quote(source) + ", but what stands behind " + quote(path) +
+          " is taken as a tag. Give the file a name without #, or make a link to it that has one."};
+}
+
+std::vector<std::string> hintsForPath(const std::string& source) {
+  std::vector<std::string> hints = hintsForTag(source);
+  if (!hints.empty()) return hints;
+  std::error_code failed;
+  const std::string path = lx::text::toUtf8(ndx::broker::URIOperations::removeTag(lx::text::toUtf16(source)));
   if (fs::is_directory(path, failed)) {
     hints.push_back(quote(path) + " is a folder; name a file in it.");
     return hints;

@@ -20,7 +20,7 @@ void loadModule(const std::string& path) {
   const auto entry = reinterpret_cast<bool (*)()>(::dlsym(module, EntryPoint));
   if (entry == nullptr) {
     throw Failure(ExitStatus::WrongUsage, quote(path) + " is no adapter module",
-                  {"It has no function " + quote(EntryPoint) + "; see docs/ndx.md."});
+                  {"It has no function " + quote(EntryPoint) + "."});
   }
   if (!entry()) {
     throw Failure(ExitStatus::WrongUsage, "the adapters of " + quote(path) + " could not be registered",

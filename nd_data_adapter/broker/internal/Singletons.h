@@ -5,8 +5,7 @@
 
 namespace nd::data::adapter::detail {
 
-/// The handles of a process-wide element and of the model that holds nothing else. At process exit the
-/// element's reference goes first, then the model's, which destroys the element.
+/// The handles of a process-wide element and of the model that holds nothing else.
 template <class E>
 struct Singleton {
   lx::base::Model model;

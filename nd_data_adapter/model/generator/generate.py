@@ -15,18 +15,19 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import jinja2  # noqa: E402
 from loading import ModelError  # noqa: E402
 from metamodel import Metamodel  # noqa: E402
+from parts import literal  # noqa: E402
 
 
 def doc(text, indent=0, first="/// "):
-    """Gives a doc comment, wrapped to the width of a line."""
-    return textwrap.fill(text, 110 - indent, initial_indent=first, subsequent_indent="/// ",
-                         break_long_words=False, break_on_hyphens=False).replace("\n", "\n" + " " * indent)
+    """Gives a doc comment, wrapped to the width of a line. A backslash at the end of one would take the next along."""
+    lines = textwrap.wrap(text, 110 - indent, initial_indent=first, subsequent_indent="/// ",
+                          break_long_words=False, break_on_hyphens=False)
+    return ("\n" + " " * indent).join(line + " ." if line.endswith("\\") else line for line in lines)
 
 
 def u16(text):
     """Gives a text as a UTF-16 literal."""
-    escaped = text.replace("\\", "\\\\").replace('"', '\\"')
-    return f'u"{escaped}"'
+    return literal(text, "u")
 
 
 def environment():

@@ -44,11 +44,11 @@ def _convert(node, source):
             key_line = key_node.start_mark.line + 1
             if key in result:
                 raise ModelError(source, key_line, f"'{key}' stands twice; keep one")
-            result[key] = _convert(value_node, source)
+            value = _convert(value_node, source)
+            result[key] = " ".join(value.split()) if key == "doc" and isinstance(value, str) else value
             result.lines[key] = key_line
         return result
     if isinstance(node, yaml.SequenceNode):
         return [_convert(item, source) for item in node.value]
     loader = yaml.SafeLoader("")
-    value = loader.construct_object(node, deep=True)
-    return " ".join(value.split()) if isinstance(value, str) else value
+    return loader.construct_object(node, deep=True)

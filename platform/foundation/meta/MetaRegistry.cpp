@@ -103,7 +103,7 @@ MetaRegistry::MetaRegistry() : model_(Model::create()) {
 }
 
 MetaRegistry& MetaRegistry::getInstance() {
-  static MetaRegistry registry;
+  static MetaRegistry& registry = *new MetaRegistry;  // outlives all that may ask at process exit
   return registry;
 }
 

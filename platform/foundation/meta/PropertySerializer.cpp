@@ -75,7 +75,7 @@ void raiseNoOrder() {
 }  // namespace detail
 
 PropertySerializerRegistry& PropertySerializerRegistry::getInstance() {
-  static PropertySerializerRegistry registry;
+  static PropertySerializerRegistry& registry = *new PropertySerializerRegistry;  // as the meta registry does
   return registry;
 }
 

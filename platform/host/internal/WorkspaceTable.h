@@ -38,7 +38,7 @@ class Variable {
 };
 
 /// A hash table from names to variables: open addressing, a power of two slots, at most two thirds of them in
-/// use. The part of the hash beside each pointer spares nearly all visits to variables of other names.
+/// use. The hash beside each pointer spares nearly all visits to variables of other names.
 class VariableIndex {
  public:
   static std::size_t hashOf(std::string_view name) noexcept;

@@ -18,7 +18,7 @@ TEST(BlockStacks, DropOnlyTheElementsOfTheBlocksKind) {
   EXPECT_EQ(stacks.numbers, (std::vector<std::uint64_t>{1}));
   stacks.drop({BlockKind::Logical, {2}, 0, {}, nullptr});
   EXPECT_TRUE(stacks.truths.empty());
-  stacks.drop({BlockKind::Null, {}, 1, {}, nullptr});
+  stacks.drop({BlockKind::Text, {}, 1, {}, nullptr});
   EXPECT_EQ(stacks.texts.size(), 1U);
   stacks.drop({BlockKind::Empty, {0}, 0, {}, nullptr});
   EXPECT_EQ(stacks.texts.size(), 1U);

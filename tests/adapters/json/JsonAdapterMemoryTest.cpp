@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/adapters/json/AdapterFixture.h"
-#include "tests/adapters/json/FailingNew.h"
+#include "tests/platform/host/FailingAllocation.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ TEST_F(JsonAdapterMemory, LeavesTheContainerAloneWhenAnAllocationOfAReadFails) {
     bool isShort = false;
     bool hasFailed = false;
     {
-      const FailingNew fault(number);
+      const FailingAllocation fault(number);
       try {
         adapter_.getData(workspace_, metaData, u"", error);
       } catch (const std::bad_alloc&) {

@@ -6,7 +6,7 @@
 #include "adapters/json/FormatFailure.h"
 #include "adapters/json/Reader.h"
 #include "platform/host/ArrayComparison.h"
-#include "tests/adapters/json/FailingNew.h"
+#include "tests/platform/host/FailingAllocation.h"
 
 using nd::adapters::json::PaddedText;
 using nd::adapters::json::readVariables;
@@ -31,7 +31,7 @@ TEST(ReaderMemory, PassesOnThatAnAllocationFailsAndLeavesNoArrayBehind) {
   const std::size_t arrays = hvGetLiveArrayCount();
   std::size_t failures = 0;
   for (std::size_t number = 1;; ++number) {
-    const FailingNew fault(number);
+    const FailingAllocation fault(number);
     try {
       // Memory that it can do without may be missing.
       EXPECT_TRUE(areEqual(readVariables(content), expected)) << "allocation " << number;
@@ -49,7 +49,7 @@ TEST(ReaderMemory, PassesItOnWhileItSaysWhatIsWrongWithAText) {
   const std::size_t arrays = hvGetLiveArrayCount();
   bool wasShort = false;
   for (std::size_t number = 1;; ++number) {
-    const FailingNew fault(number);
+    const FailingAllocation fault(number);
     try {
       readVariables(content);
       ADD_FAILURE() << "it was read";

@@ -125,3 +125,12 @@ TEST(ReaderNumbers, ReadsAPartOfCellsAsItWouldBeReadAlone) {
   EXPECT_TRUE(readsAs("[[1.5, 2], [3, 9007199254740993]]",
                       cells(doubles({1, 2}, {1.5, 2}), int64s({1, 2}, {3, 9007199254740993}))));
 }
+
+TEST(ReaderNumbers, LooksForFractionsWithinTheArraysOfAnArrayToo) {
+  EXPECT_TRUE(readsAs("[[9007199254740993, 2], [3.0, 4]]",
+                      cells(int64s({1, 2}, {9007199254740993, 2}), doubles({1, 2}, {3, 4}))));
+  EXPECT_TRUE(readsAs("[[3.0, 4], [9007199254740993, 2]]",
+                      cells(doubles({1, 2}, {3, 4}), int64s({1, 2}, {9007199254740993, 2}))));
+  EXPECT_TRUE(readsAs("[0.5, [3, 4], 9007199254740993]",
+                      cells(scalar(0.5), doubles({1, 2}, {3, 4}), int64s({1, 1}, {9007199254740993}))));
+}

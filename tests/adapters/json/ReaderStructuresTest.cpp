@@ -72,6 +72,12 @@ TEST(ReaderStructures, ReadsArraysOfArraysOfObjectsAsCellsOfStructureArrays) {
   EXPECT_TRUE(readsAs(R"([[{"a": 1}, {"a": 2}]])", cells(structures(2, {"a"}, list(scalar(1), scalar(2))))));
 }
 
+TEST(ReaderStructures, KeepsTheOrderOfNamesOfEachStructureArrayAmongCells) {
+  EXPECT_TRUE(readsAs(R"([[{"a": 1, "b": 2}, {"b": 4, "a": 3}], [{"b": 5, "a": 6}, {"a": 8, "b": 7}]])",
+                      cells(structures(2, {"a", "b"}, list(scalar(1), scalar(2), scalar(3), scalar(4))),
+                            structures(2, {"b", "a"}, list(scalar(5), scalar(6), scalar(7), scalar(8))))));
+}
+
 TEST(ReaderStructures, ReadsArraysWithinTheObjectsOfAnArray) {
   EXPECT_TRUE(readsAs(
       R"([{"a": [1, "x"], "b": [{"c": 1}]}, {"a": [[1, 2], [3, 4]], "b": [{"c": 2}, {"c": 3}]}])",

@@ -5,8 +5,8 @@
 #include "adapters/json/WorkspaceReplacement.h"
 #include "platform/host/ArrayComparison.h"
 #include "platform/host/Workspace.h"
-#include "tests/adapters/json/FailingNew.h"
 #include "tests/adapters/json/arrays.h"
+#include "tests/platform/host/FailingAllocation.h"
 
 using nd::adapters::json::Variable;
 using nd::adapters::json::WorkspaceReplacement;
@@ -69,7 +69,7 @@ TEST(WorkspaceReplacement, LeavesAnEmptyWorkspaceIfThereIsNoMemoryToTakeItBack) 
   {
     const std::vector<Variable> variables = newContent();
     auto replacement = std::make_unique<WorkspaceReplacement>(workspace, variables);
-    const FailingNew fault(1);
+    const FailingAllocation fault(1);
     replacement.reset();
   }
   EXPECT_TRUE(namesIn(workspace).empty());
@@ -89,7 +89,7 @@ TEST(WorkspaceReplacement, LeavesTheWorkspaceAsItWasWhenAnAllocationFails) {
   std::size_t number = 1;
   for (;; ++number) {
     bool isShort = false;
-    const FailingNew fault(number);
+    const FailingAllocation fault(number);
     try {
       WorkspaceReplacement(workspace, variables).keep();
     } catch (const std::bad_alloc&) {

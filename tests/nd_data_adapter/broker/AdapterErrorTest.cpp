@@ -114,6 +114,17 @@ TEST_F(AdapterErrorTest, TakesItsOwnTextsAsArguments) {
   EXPECT_EQ(contentsOf(model), Lines{described(6, "source", "message", "name")});
 }
 
+TEST_F(AdapterErrorTest, CanBeSetAndAskedByReflection) {
+  using lx::base::Value;
+  error.invoke(u"setError",
+               {Value(AdapterDiagnostic::HardError), Value(u"message"), Value(u"name"), Value(u"source")});
+  EXPECT_EQ(contentsOf(model), Lines{described(6, "message", "name", "source")});
+  EXPECT_EQ(error.invoke(u"getId", {}).as<AdapterDiagnostic>(), AdapterDiagnostic::HardError);
+  EXPECT_EQ(error.invoke(u"getAdapterName", {}).as<std::u16string>(), u"name");
+  EXPECT_EQ(error.invoke(u"getSource", {}).as<std::u16string>(), u"source");
+  EXPECT_EQ(raisedBy([&] { error.invoke(u"getId", {Value(1)}); }).substr(0, 12), "InvalidValue");
+}
+
 TEST_F(AdapterErrorTest, RefusesToBeChangedAsAProxyAlsoByEqualValues) {
   error.impl()->convertToProxy();
   EXPECT_EQ(raisedBy([&] { error.setError(AdapterDiagnostic::NoDiagnostic, u"", u"", u""); }),

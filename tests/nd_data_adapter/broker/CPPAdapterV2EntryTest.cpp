@@ -1,6 +1,7 @@
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "nd_data_adapter/model/CPPAdapterV2Entry.h"
 #include "platform/foundation/meta/Meta.h"
+#include "platform/foundation/meta/PropertySerializer.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
@@ -54,6 +55,17 @@ TEST_F(CPPAdapterV2EntryTest, HasATransientNameThatReflectionCanNotSet) {
   EXPECT_EQ(raisedBy([&] { entry.setPropertyValue(u"AdapterName", Value(u"a")); }),
             "CannotSetReadOnlyProperty(nd.data.adapter.CPPAdapterV2Entry.AdapterName)");
   EXPECT_EQ(entry.adapterName(), u"");
+}
+
+TEST_F(CPPAdapterV2EntryTest, HasAnAdapterThatIsNeverWrittenOut) {
+  const lx::base::meta::Property adapter = CPPAdapterV2Entry::metaClass().property(u"Adapter");
+  const auto serializer =
+      lx::base::meta::PropertySerializerRegistry::getInstance().find(adapter.getType().getQualifiedName());
+  ASSERT_NE(serializer, nullptr);
+  EXPECT_TRUE(serializer->isTransientOnly());
+  EXPECT_EQ(
+      raisedBy([&] { serializer->serializeValue(Value(std::shared_ptr<CPPAdapterV2>())); }).substr(0, 12),
+      "InvalidValue");
 }
 
 TEST_F(CPPAdapterV2EntryTest, TakesANameWithoutTransactionAndNoticeWhileNothingHoldsIt) {

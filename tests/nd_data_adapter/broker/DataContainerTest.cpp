@@ -68,7 +68,8 @@ TEST_F(DataContainerTest, ComparesWorkspacesByIdentity) {
   EXPECT_EQ(watch.transactions(), 1U);
   container.setDataCache(makeWorkspace("gain"));
   EXPECT_EQ(watch.transactions(), 2U);
-  EXPECT_EQ(contentsOf(workspace), Lines{"gain = 1"}) << "a workspace that goes out is left as it is";
+  EXPECT_EQ(contentsOf(workspace), Lines{"gain: 1x1 double = 1"})
+      << "a workspace that goes out is left as it is";
 }
 
 TEST_F(DataContainerTest, KeepsAnotherModelAlive) {
@@ -142,6 +143,45 @@ TEST_F(DataContainerTest, GivesAdaptersAllThatTheyNeedToFillTheMetadata) {
   own.setName(u"b");
   metaData.add(own);
   EXPECT_EQ(metaData.keys(), (Names{u"a", u"b"}));
+}
+
+TEST_F(DataContainerTest, MakesMetadataInOneTransactionThatItsObserversHearOfOnce) {
+  const ModelWatch watch(model);
+  container.createIntoMetaDataCache(MetaDataEntry::Builder().setName(u"a"));
+  EXPECT_EQ(watch.notices(), (std::vector<Lines>{{"created nd.data.adapter.MetaDataEntry",
+                                                  "changed nd.data.adapter.DataContainer.MetaDataCache"}}));
+}
+
+TEST_F(DataContainerTest, LeavesNothingOfMetadataThatCouldNotBeMade) {
+  const MetaDataEntry entry = container.createIntoMetaDataCache(MetaDataEntry::Builder().setName(u"a"));
+  const Lines before = contentsOf(model);
+  EXPECT_EQ(raisedBy([&] {
+              container.createIntoMetaDataCache(MetaDataEntry::Builder().setName(u"b"), entry.identifier());
+            }).substr(0, 21),
+            "CannotAddSecondObject");
+  EXPECT_EQ(contentsOf(model), before);
+  EXPECT_FALSE(model.impl()->hasOpenTransaction());
+}
+
+TEST_F(DataContainerTest, TellsWhetherItsListsHoldAnything) {
+  EXPECT_FALSE(container.hasConditionControls());
+  EXPECT_FALSE(container.hasMetaDataCache());
+  container.getConditionControlsMutable().add(u"");
+  container.createIntoMetaDataCache(MetaDataEntry::Builder());
+  EXPECT_TRUE(container.hasConditionControls());
+  EXPECT_TRUE(container.hasMetaDataCache());
+}
+
+TEST_F(DataContainerTest, ReadsAsEmptyWhenItIsDead) {
+  container.setDataCache(makeWorkspace("gain"));
+  container.getConditionControlsMutable().add(u"control");
+  container.destroy();
+  EXPECT_EQ(container.dataCache(), nullptr);
+  EXPECT_TRUE(container.conditionControls().empty());
+  EXPECT_TRUE(container.metaDataCache().empty());
+  EXPECT_FALSE(container.dataModel());
+  EXPECT_EQ(raisedBy([&] { container.setDataCache(nullptr); }),
+            "InvalidValue(nd.data.adapter.DataContainer.DataCache)");
 }
 
 TEST(MetaDataEntryElement, OwnsItsValue) {
@@ -258,7 +298,7 @@ TEST_F(DataContainerTest, RaisesWhenItIsNullOrDead) {
   container.setDataCache(data);
   container.destroy();
   EXPECT_EQ(raisedBy([&] { container.destroyContainer(); }), raised);
-  EXPECT_EQ(contentsOf(data), Lines{"gain = 1"});
+  EXPECT_EQ(contentsOf(data), Lines{"gain: 1x1 double = 1"});
 }
 
 }  // namespace

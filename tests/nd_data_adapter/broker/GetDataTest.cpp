@@ -114,7 +114,7 @@ TEST_F(GetData, BringsWhatTheAdapterGives) {
     return true;
   };
   get();
-  EXPECT_EQ(contentsOf(workspace), Lines{"gain = 2.5"});
+  EXPECT_EQ(contentsOf(workspace), Lines{"gain: 1x1 double = 2.5"});
   EXPECT_EQ(container.metaDataCache().keys(), Names{u"unit"});
 }
 
@@ -123,7 +123,7 @@ TEST_F(GetData, ClearsNeitherWorkspaceNorMetadataItself) {
   inAssignInDesiredWS(hvArrayPtr(hvCreateDoubleScalar(1)).get(), "former", workspace);
   container.createIntoMetaDataCache(MetaDataEntry::Builder().setName(u"former"));
   get();
-  EXPECT_EQ(contentsOf(workspace), Lines{"former = 1"});
+  EXPECT_EQ(contentsOf(workspace), Lines{"former: 1x1 double = 1"});
   EXPECT_EQ(container.metaDataCache().keys(), Names{u"former"});
 }
 
@@ -324,6 +324,18 @@ TEST_F(GetData, BearsAnAdapterThatReadsAnotherSourceIntoTheSameContainer) {
   EXPECT_EQ(contentsOf(tmpModel), (Lines{noError, noError}));
 }
 
+TEST_F(GetData, RaisesWhenTheAdapterDestroysWhatIsToBeFilledOrStated) {
+  open();
+  log->at("a'1.hasVariants", [&] { container.destroy(); });
+  script.hasVariants = true;
+  script.controls = {u"new"};
+  EXPECT_EQ(raisedBy([&] { get(); }), "InvalidValue(nd.data.adapter.DataContainer.ConditionControls)");
+  const DataContainer other = DataContainer::create(model);
+  log->at("a'1.getData", [&] { tmpModel.destroy(); });
+  EXPECT_EQ(raisedBy([&] { AdapterManagerV2::getData(u"x.test", u"s", other, u"", tmpModel); }),
+            "InvalidValue(nd.data.adapter.AdapterError.getId)");
+}
+
 TEST_F(GetData, BelongsToTransactionsAroundIt) {
   open();
   {
@@ -343,7 +355,7 @@ TEST_F(GetData, StatesUnsupportedWithTheSourceForWhatIsNotOpen) {
   EXPECT_EQ(get().getId(), AdapterDiagnostic::Unsupported);
   EXPECT_EQ(contentsOf(tmpModel), Lines{error(2, "", "", "x.test")});
   EXPECT_EQ(controls(), (Names{u"old", u"older"}));
-  EXPECT_EQ(contentsOf(workspace), Lines{"former = 1"});
+  EXPECT_EQ(contentsOf(workspace), Lines{"former: 1x1 double = 1"});
   EXPECT_TRUE(calls().empty()) << "no prototype is asked";
 }
 

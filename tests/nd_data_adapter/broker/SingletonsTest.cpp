@@ -142,7 +142,7 @@ TEST_F(TwoSingletons, LeaveNoEntryOfTheRegistryWithAnAdapter) {
   std::vector<CPPAdapterV2Entry> entries;
   for (const CPPAdapterV2Entry& entry : registry().impl()->getCPPRegistry()) entries.push_back(entry);
   registry().impl()->aboutToDestroy();
-  EXPECT_EQ(calls(), (Lines{"a.~", "b.~"}));
+  EXPECT_EQ(ProbeAdapter::live(), 0U);
   EXPECT_EQ(registry().impl()->getCPPRegistry().keys(), (Names{u"a", u"b"})) << "the entries stay";
   for (const CPPAdapterV2Entry& entry : entries) {
     EXPECT_TRUE(entry.isAlive());
@@ -163,6 +163,18 @@ TEST_F(TwoSingletons, AnswerThePrototypeThatAsksByNameInItsEnd) {
   log->at("a.~", [&] { isKnown = registry().isAdapterRegisteredByName(u"a"); });
   registry().destroy();
   EXPECT_TRUE(isKnown) << "its entry is still there";
+}
+
+TEST_F(TwoSingletons, BearAPrototypeThatChangesTheRegistryInItsEnd) {
+  for (const char16_t* name : {u"a", u"b", u"c"}) registerProbe(name);
+  const AdapterRegistryV2 dying = registry();
+  log->at("a.~", [&] {
+    EXPECT_TRUE(dying.unregisterCPPAdapter(u"b"));
+    EXPECT_TRUE(dying.registerCPPAdapter(makeProbe(u"d")));
+  });
+  EXPECT_EQ(support::raisedBy([&] { dying.destroy(); }), "nothing");
+  EXPECT_FALSE(dying.isAlive());
+  EXPECT_EQ(ProbeAdapter::live(), 0U);
 }
 
 // What is asked of entries without an adapter must not end the process.

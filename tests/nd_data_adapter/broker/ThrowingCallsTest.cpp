@@ -102,7 +102,8 @@ std::vector<Row> rows() {
   const Lines error{"AdapterError Diagnostic=0 ErrorMessage='' Adapter='' SourceFile=''"};
   const auto container = [](const char* controls) {
     return Lines{
-        std::string("DataContainer DataCache=[former = 1] ConditionalCache=none ConditionControls=[") +
+        std::string(
+            "DataContainer DataCache=[former: 1x1 double = 1] ConditionalCache=none ConditionControls=[") +
         controls + "] DataModel=none MetaDataCache=[]"};
   };
   Lines errorAndNoControls = error;

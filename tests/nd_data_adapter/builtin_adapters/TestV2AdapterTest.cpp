@@ -56,7 +56,7 @@ template struct PrivateMember<Counters, &TestV2Adapter::counters_>;
 Lines variables(const Counts& counts) {
   Lines lines;
   for (std::size_t at = 0; at < counts.size(); ++at) {
-    lines.push_back(std::string(CountedNames[at]) + " = " + std::to_string(counts[at]));
+    lines.push_back(std::string(CountedNames[at]) + ": 1x1 int32 = " + std::to_string(counts[at]));
   }
   return lines;
 }
@@ -180,7 +180,7 @@ TEST_F(TestV2AdapterTest, LeavesOtherVariablesAndAllArgumentsAlone) {
   const support::ModelWatch watch(model);
   adapter.getData(workspace, container.getMetaDataCacheMutable(), u"checksum", error);
   EXPECT_EQ(inGetNumberOfVariables(workspace), 13U);
-  EXPECT_EQ(contentsOf(workspace).front(), "former = 1");
+  EXPECT_EQ(contentsOf(workspace).front(), "former: 1x1 double = 1");
   EXPECT_EQ(watch.transactions(), 0U);
   EXPECT_EQ(error.getId(), AdapterDiagnostic::NoDiagnostic);
 }
@@ -196,7 +196,7 @@ TEST_F(TestV2AdapterTest, LeavesAllAloneThatItIsGivenToWrite) {
   const ChangeReport diff = ChangeReport::create(model);
   const support::ModelWatch watch(model);
   EXPECT_TRUE(adapter.writeData(workspace, workspace, container.getMetaDataCacheMutable(), diff, error));
-  EXPECT_EQ(contentsOf(workspace), Lines{"former = 1"});
+  EXPECT_EQ(contentsOf(workspace), Lines{"former: 1x1 double = 1"});
   EXPECT_EQ(watch.transactions(), 0U);
 }
 
@@ -208,7 +208,7 @@ TEST_F(TestV2AdapterTest, WritesOneVariableAsConditionalDataWhateverTheControlsA
   const boost::shared_ptr<inWorkSpace_tag> workspace = inCreateWorkspace(1);
   const support::ModelWatch watch(model);
   EXPECT_TRUE(adapter.getConditionalData(workspace, report, u"checksum", error));
-  EXPECT_EQ(contentsOf(workspace), Lines{"VariantData = 10"});
+  EXPECT_EQ(contentsOf(workspace), Lines{"VariantData: 1x1 int32 = 10"});
   EXPECT_EQ(hvGetClassCode(inGetValueFromWorkspace("VariantData", workspace)), hvClassCode::Int32);
   EXPECT_EQ(watch.transactions(), 0U);
   EXPECT_EQ(error.getId(), AdapterDiagnostic::NoDiagnostic);
@@ -218,7 +218,7 @@ TEST_F(TestV2AdapterTest, KeepsFormerConditionalData) {
   const boost::shared_ptr<inWorkSpace_tag> workspace = inCreateWorkspace(1);
   inAssignInDesiredWS(hvArrayPtr(hvCreateDoubleScalar(1)).get(), "former", workspace);
   adapter.getConditionalData(workspace, ConditionControlChangeReport::create(model), u"", error);
-  EXPECT_EQ(contentsOf(workspace), (Lines{"former = 1", "VariantData = 10"}));
+  EXPECT_EQ(contentsOf(workspace), (Lines{"former: 1x1 double = 1", "VariantData: 1x1 int32 = 10"}));
 }
 
 // Checksums
@@ -249,7 +249,7 @@ TEST_F(TestV2AdapterTest, WrapsACounterSilentlyToTheLowestNumber) {
   (adapter.*get(Counters()))[6] = std::numeric_limits<std::int32_t>::max();
   adapter.open(u"a.test");
   EXPECT_EQ((adapter.*get(Counters()))[6], std::numeric_limits<std::int32_t>::min());
-  EXPECT_EQ(read()[6], "open = -2147483648");
+  EXPECT_EQ(read()[6], "open: 1x1 int32 = -2147483648");
 }
 
 TEST_F(TestV2AdapterTest, WrapsTheSumToTheLowestNumber) {

@@ -142,11 +142,11 @@ TEST(ChangeObserver, GetsTheOldValuesRightAlsoWhenAnotherChangedTheModelMeanwhil
     first.setName(u"c");
     open.commit();
   }
-  // The commit of the observer's own transaction is told within that of the first.
+  // The observer's own transaction is told within the notice of the first.
   EXPECT_THAT(
       recorder.take(),
-      ElementsAre("-c -b -a -second -first report.changes was [a b c] variants.Variants was [second first]",
-                  "report.changes was [a b] variants.Variants was [first second]"));
+      ElementsAre("-c -b -a -first -second report.changes was [a b c] variants.Variants was [second first]",
+                  "+c report.changes was [a b] variants.Variants was [first second]"));
   model.impl()->removeObserver(step);
 }
 

@@ -1,0 +1,3 @@
+extern "C" __attribute__((visibility("default"))) int nothing_of_use() {
+  return 0;
+}
