@@ -6,8 +6,8 @@ namespace nd::data::adapter::detail {
 
 namespace {
 
-/// Lets go of a singleton at process exit: of the element first, then of its model, which destroys the
-/// element. The handles themselves are never destroyed, so that who asks later still gets a new, empty
+/// Lets go of a singleton at process exit: its model ends, and the element with it, which is found to the
+/// last. The handles themselves are never destroyed, so that who asks later still gets a new, empty
 /// singleton.
 template <class E>
 class ReleaseAtExit {
@@ -16,8 +16,8 @@ class ReleaseAtExit {
   ReleaseAtExit(const ReleaseAtExit&) = delete;
   ReleaseAtExit& operator=(const ReleaseAtExit&) = delete;
   ~ReleaseAtExit() {
-    singleton_.element = E();
     singleton_.model = lx::base::Model();
+    singleton_.element = E();
   }
 
  private:

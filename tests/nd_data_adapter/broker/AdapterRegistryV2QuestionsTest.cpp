@@ -229,12 +229,11 @@ TEST_F(AdapterRegistryV2Questions, AsksWithoutATransaction) {
   EXPECT_EQ(watch.transactions(), 0U);
 }
 
-TEST_F(AdapterRegistryV2Questions, AnswersAnAdapterThatChangesTheRegistryWhileItIsAskedByAnError) {
+TEST_F(AdapterRegistryV2Questions, GoesOnWithThePrototypesThatItHadWhenAnAdapterChangesTheRegistry) {
   registerProbe(u"a");
   registerProbe(u"b");
   log->at("a.getSupportedExtensions", [&] { registry.unregisterCPPAdapter(u"a"); });
-  EXPECT_EQ(raisedBy([&] { registry.getCPPAdapterStaticForSource(u"x.test"); }),
-            "InvalidValue(nd.data.adapter.AdapterRegistryV2.CPPRegistry)");
+  EXPECT_EQ(registry.getCPPAdapterStaticForSource(u"x.test").size(), 2U);
   EXPECT_EQ(stateOfBroker(), Lines{"registered b: b"});
 }
 
