@@ -16,7 +16,6 @@ using support::everyKindOfException;
 using support::isLeftBy;
 using support::Lines;
 using support::ModelWatch;
-using support::ProbeAdapter;
 using support::stateOfBroker;
 using support::Thrown;
 

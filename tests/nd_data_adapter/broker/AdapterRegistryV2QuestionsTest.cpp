@@ -3,7 +3,6 @@
 #include "tests/support/BrokerTest.h"
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/ModelWatch.h"
-#include "tests/support/Thrown.h"
 #include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
@@ -12,7 +11,6 @@ using lx::base::Transaction;
 using support::Lines;
 using support::ModelWatch;
 using support::ProbeAdapter;
-using support::raisedBy;
 using support::stateOfBroker;
 
 namespace {

@@ -11,7 +11,6 @@ using namespace nd::data::adapter;
 using lx::base::Model;
 using lx::base::Transaction;
 using lx::base::Value;
-using support::contentsOf;
 using support::Lines;
 using support::ModelWatch;
 using support::raisedBy;

@@ -13,7 +13,6 @@
 using namespace nd::data::adapter;
 using lx::base::Model;
 using support::contentsOf;
-using support::Lines;
 
 namespace {
 

@@ -1,4 +1,3 @@
-#include <functional>
 #include <limits>
 #include <memory>
 
@@ -16,7 +15,6 @@ using namespace nd::data::adapter;
 using lx::base::Model;
 using lx::services::CatalogMessage;
 using lx::services::MessageId;
-using support::contentsOf;
 using support::isLeftBy;
 using support::Lines;
 

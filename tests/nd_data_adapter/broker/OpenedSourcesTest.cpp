@@ -1,6 +1,5 @@
 // What the facade does with sources that are open: closing, checksums, external sources.
 
-#include <functional>
 
 #include <boost/uuid/uuid.hpp>
 
