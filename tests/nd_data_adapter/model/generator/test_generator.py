@@ -1,151 +1,216 @@
-"""The generator's checks of its input, and what it writes."""
+#!/usr/bin/env python3
+"""What the generator makes of a metamodel, and what it says to one that is wrong.
+
+    test_generator.py            # tests
+    test_generator.py accept     # writes the golden outputs anew; read the difference before it is kept
+"""
 
 import os
+import re
 import subprocess
 import sys
 import tempfile
 import unittest
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[4]
+HERE = Path(__file__).resolve().parent
+ROOT = HERE.parents[3]
 GENERATOR = ROOT / "nd_data_adapter" / "model" / "generator" / "generate.py"
-
-SMALL = """\
-metapackage: MetaPackageSmall
-headers: small/model
-export: { header: platform/export.h, macro: ND_PLATFORM_EXPORT }
-schema_host: https://small.invalid
-packages:
-  small: /small
-enumerations:
-  small.Colour:
-    uuid: 11111111-1111-3111-8111-111111111111
-    doc: A colour.
-    literals: { Red: 0, Green: 1 }
-classes:
-  small.Leaf:
-    uuid: 22222222-2222-3222-8222-222222222222
-    doc: A leaf.
-    properties:
-      name: { type: String, doc: Its name. }
-      colour: { type: Colour, default: Red, doc: Its colour. }
-  small.Tree:
-    uuid: 33333333-3333-3333-8333-333333333333
-    doc: A tree.
-    properties:
-      leaves: { type: Leaf, kind: map, contained: true, key: name, doc: Its leaves. }
-    operations:
-      shake:
-        arguments: { times: Integer }
-        result: Boolean
-        doc: Shakes it.
-"""
+SMALL = HERE / "small.yaml"
+SMALL_NAME = "tests/nd_data_adapter/model/generator/small.yaml"
+SMALL_HEADERS = "tests/nd_data_adapter/model/generator/small"
+GOLDEN = HERE / "golden"
 
 
-class Generator(unittest.TestCase):
+def generate(*arguments):
+    return subprocess.run([sys.executable, "-B", str(GENERATOR), *map(str, arguments)], capture_output=True,
+                          text=True, encoding="utf-8", timeout=120)
+
+
+def generate_small(folder):
+    return generate(SMALL, "--name", SMALL_NAME, "--root", folder)
+
+
+def files_below(folder):
+    return sorted(str(path.relative_to(folder)) for path in Path(folder).rglob("*") if path.is_file())
+
+
+sys.path.insert(0, str(GENERATOR.parent))
+
+from loading import ModelError  # noqa: E402
+from metamodel import Metamodel  # noqa: E402
+
+
+class WithFolder(unittest.TestCase):
+    """A test with a folder of its own."""
+
     def setUp(self):
-        self.folder = tempfile.TemporaryDirectory()
-        self.addCleanup(self.folder.cleanup)
-        self.root = Path(self.folder.name)
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
 
-    def run_on(self, text, *options):
-        model = self.root / "model.yaml"
-        model.write_text(text, encoding="utf-8")
-        return subprocess.run([sys.executable, "-B", str(GENERATOR), str(model), "--name", "model.yaml", "--root",
-                               str(self.root / "out"), *options], capture_output=True, text=True, check=False)
+    def expect_success(self, done):
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
 
-    def refuses(self, text, line, said):
-        result = self.run_on(text)
-        self.assertEqual(result.returncode, 1, result.stdout)
-        self.assertTrue(result.stderr.startswith(f"generate.py: model.yaml:{line}: "), result.stderr)
-        self.assertIn(said, result.stderr)
-        self.assertFalse((self.root / "out").exists())
 
-    # What it writes
+class GoldenOutputs(WithFolder):
+    maxDiff = None
 
-    def test_it_makes_a_header_and_a_source_for_each_type_and_the_metapackage(self):
-        self.assertEqual(self.run_on(SMALL).returncode, 0)
-        written = sorted(path.name for path in (self.root / "out" / "small" / "model").iterdir())
-        names = ["Colour", "Leaf", "MetaPackageSmall", "Tree"]
-        self.assertEqual(written, sorted(name + suffix for name in names for suffix in (".cpp", ".h")))
+    def test_are_what_the_generator_makes_of_the_small_model(self):
+        self.expect_success(generate_small(self.folder))
+        made = self.folder / SMALL_HEADERS
+        self.assertEqual(files_below(self.folder), [f"{SMALL_HEADERS}/{name}" for name in files_below(GOLDEN)])
+        for name in files_below(GOLDEN):
+            with self.subTest(file=name):
+                self.assertMultiLineEqual((made / name).read_text(encoding="utf-8"),
+                                          (GOLDEN / name).read_text(encoding="utf-8"))
 
-    def test_it_lists_what_it_would_write(self):
-        result = self.run_on(SMALL, "--list")
-        self.assertEqual(len(result.stdout.splitlines()), 8)
-        self.assertFalse((self.root / "out").exists())
+    def test_do_not_depend_on_where_the_model_and_the_outputs_are(self):
+        copy = self.folder / "elsewhere.yaml"
+        copy.write_bytes(SMALL.read_bytes())
+        self.expect_success(generate(copy, "--name", SMALL_NAME, "--root", self.folder / "out"))
+        for name in files_below(GOLDEN):
+            self.assertEqual((self.folder / "out" / SMALL_HEADERS / name).read_bytes(), (GOLDEN / name).read_bytes())
 
-    def test_generated_files_say_so_and_name_their_source(self):
-        self.run_on(SMALL)
-        for path in (self.root / "out").rglob("*.*"):
-            first = path.read_text(encoding="utf-8").splitlines()[0]
-            self.assertEqual(first, "// Generated from model.yaml; do not edit.", path)
+    def test_are_the_same_whatever_the_seed_of_hashes_is(self):
+        for seed in "0", "1", "42":
+            done = subprocess.run([sys.executable, "-B", str(GENERATOR), str(SMALL), "--name", SMALL_NAME,
+                                   "--root", str(self.folder / seed)], env={**os.environ, "PYTHONHASHSEED": seed},
+                                  capture_output=True, text=True, timeout=120)
+            self.expect_success(done)
+            for name in files_below(GOLDEN):
+                self.assertEqual((self.folder / seed / SMALL_HEADERS / name).read_bytes(),
+                                 (GOLDEN / name).read_bytes())
 
-    def test_docs_become_comments(self):
-        self.run_on(SMALL)
-        header = (self.root / "out" / "small" / "model" / "Leaf.h").read_text(encoding="utf-8")
-        self.assertIn("/// A leaf.", header)
-        self.assertIn("/// Its name.", header)
+    def test_say_that_they_are_generated_and_name_their_source(self):
+        for name in files_below(GOLDEN):
+            first = (GOLDEN / name).read_text(encoding="utf-8").splitlines()[0]
+            self.assertEqual(first, f"// Generated from {SMALL_NAME}; do not edit.")
 
-    def test_unchanged_files_are_not_rewritten(self):
-        self.run_on(SMALL)
-        files = sorted((self.root / "out").rglob("*.*"))
-        for path in files:
-            os.utime(path, (1, 1))
-        self.run_on(SMALL.replace("A leaf.", "One leaf."))
-        rewritten = {path.name for path in files if path.stat().st_mtime != 1}
-        self.assertEqual(rewritten, {"Leaf.h", "MetaPackageSmall.cpp"})
 
-    # What it refuses
+class Files(WithFolder):
+    """Which files are written, and when."""
 
-    def test_an_unknown_type(self):
-        self.refuses(SMALL.replace("type: Colour", "type: Color"), 18, "type 'Color' is unknown; did you mean 'Colour'?")
+    def test_are_listed_without_being_written(self):
+        done = generate(SMALL, "--name", SMALL_NAME, "--root", self.folder, "--list")
+        self.expect_success(done)
+        self.assertEqual(files_below(self.folder), [])
+        self.assertEqual(sorted(done.stdout.split()), [f"{SMALL_HEADERS}/{name}" for name in files_below(GOLDEN)])
 
-    def test_a_key_that_is_no_property(self):
-        self.refuses(SMALL.replace("key: name", "key: nome"), 23, "is no property of 'Leaf'; did you mean 'name'?")
+    def test_keep_their_time_while_their_content_stays(self):
+        self.expect_success(generate_small(self.folder))
+        long_ago = 1_000_000_000
+        for name in files_below(self.folder):
+            os.utime(self.folder / name, (long_ago, long_ago))
+        self.expect_success(generate_small(self.folder))
+        self.assertEqual({os.stat(self.folder / name).st_mtime for name in files_below(self.folder)}, {long_ago})
 
-    def test_a_default_that_is_no_literal(self):
-        self.refuses(SMALL.replace("default: Red", "default: Rod"), 18, "'Rod' is no literal of 'Colour'")
+    def test_are_rewritten_where_their_content_changes(self):
+        self.expect_success(generate_small(self.folder))
+        changed = self.folder / SMALL_HEADERS / "Shelf.h"
+        wanted = changed.read_bytes()
+        changed.write_bytes(wanted + b"// edited by hand\n")
+        long_ago = 1_000_000_000
+        for name in files_below(self.folder):
+            os.utime(self.folder / name, (long_ago, long_ago))
+        self.expect_success(generate_small(self.folder))
+        self.assertEqual(changed.read_bytes(), wanted)
+        rewritten = [name for name in files_below(self.folder) if os.stat(self.folder / name).st_mtime != long_ago]
+        self.assertEqual(rewritten, [f"{SMALL_HEADERS}/Shelf.h"])
 
-    def test_an_unknown_key_of_a_property(self):
-        self.refuses(SMALL.replace("default: Red", "defualt: Red"), 18, "'defualt' is no key of property 'Leaf.colour'")
+    def test_leave_nothing_else_behind(self):
+        self.expect_success(generate_small(self.folder))
+        self.assertEqual({Path(name).suffix for name in files_below(self.folder)}, {".h", ".cpp"})
 
-    def test_a_property_without_doc(self):
-        self.refuses(SMALL.replace(", doc: Its name.", ""), 17, "has no doc")
 
-    def test_a_property_without_type(self):
-        self.refuses(SMALL.replace("type: String, ", ""), 17, "has no type; add one")
+class WrongModels(WithFolder):
+    """Models numbered by what is wrong with them; the first line says what the generator is to answer."""
 
-    def test_a_map_without_key(self):
-        self.refuses(SMALL.replace(" key: name,", ""), 23, "name the property after 'key'")
+    def test_are_refused_with_their_line_and_cure(self):
+        models = sorted((HERE / "wrong").glob("wrong_*.yaml"))
+        self.assertGreater(len(models), 50)
+        for number, model in enumerate(models, 1):
+            with self.subTest(model=model.name):
+                self.assertTrue(model.name.startswith(f"wrong_{number:02}_"))
+                first = model.read_text(encoding="utf-8").splitlines()[0]
+                expected = re.fullmatch(r"# line (\d+): (.+)", first)
+                with self.assertRaises(ModelError) as raised:
+                    Metamodel(model, model.name)
+                self.assertEqual(str(raised.exception), f"{model.name}:{expected[1]}: {expected[2]}")
 
-    def test_an_identifier_that_is_used_twice(self):
-        text = SMALL.replace("33333333-3333-3333-8333-333333333333", "22222222-2222-3222-8222-222222222222")
-        self.refuses(text, 20, "have one UUID; give each its own")
+    def test_end_the_program_with_the_message_and_nothing_written(self):
+        model = HERE / "wrong" / "wrong_01_unknown_type.yaml"
+        for arguments in ["--root", self.folder], ["--list"]:
+            done = generate(model, "--name", "shown.yaml", *arguments)
+            self.assertEqual((done.returncode, done.stdout), (1, ""))
+            self.assertEqual(done.stderr,
+                             "generate.py: shown.yaml:13: type 'Strin' is unknown; did you mean 'String'?\n")
+            self.assertEqual(files_below(self.folder), [])
 
-    def test_an_identifier_that_is_none(self):
-        self.refuses(SMALL.replace("uuid: 22222222-2222-3222-8222-222222222222", "uuid: leaf"), 14, "has no UUID")
+    def test_are_called_by_their_path_unless_another_name_is_given(self):
+        model = HERE / "wrong" / "wrong_17_empty_file.yaml"
+        self.assertEqual(generate(model).stderr, f"generate.py: {model}:1: is empty; describe packages and classes\n")
 
-    def test_an_override_of_nothing(self):
-        text = SMALL.replace("    doc: A leaf.\n", "    doc: A leaf.\n    overrides: [aboutToDestory]\n")
-        self.refuses(text, 16, "'aboutToDestory' is an override of nothing; did you mean 'aboutToDestroy'?")
+    def test_that_are_not_there_are_said_to_be(self):
+        done = generate(self.folder / "nowhere.yaml")
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertRegex(done.stderr, r"\Agenerate\.py: .*No such file or directory: .*nowhere\.yaml'\n\Z")
 
-    def test_a_literal_whose_value_is_taken(self):
-        self.refuses(SMALL.replace("Green: 1", "Green: 0"), 11, "have one value")
 
-    def test_a_member_that_stands_twice(self):
-        text = SMALL.replace("      colour:", "      name:")
-        self.refuses(text, 18, "'name' stands twice; keep one")
+class Content(WithFolder):
+    """Rules that hold for every model."""
 
-    def test_a_class_that_is_its_own_superclass(self):
-        text = SMALL.replace("    doc: A tree.\n", "    doc: A tree.\n    superclass: Tree\n")
-        self.refuses(text, 19, "is its own superclass; break the circle")
+    HEAD = ("metapackage: MetaPackage\nheaders: made\nexport: { header: e.h, macro: E }\nschema_host: s\n"
+            "packages: { p: /p }\n")
+    UUID = "7c8a29a0-3c02-3a4e-9d0b-6a0f7b1f0a01"
 
-    def test_a_package_that_is_not_described(self):
-        self.refuses(SMALL.replace("  small: /small", "  smell: /small"), 8, "is not described; did you mean 'smell'?")
+    def made(self, model, name):
+        source = self.folder / "model.yaml"
+        source.write_text(self.HEAD + model, encoding="utf-8")
+        self.expect_success(generate(source, "--root", self.folder))
+        return (self.folder / "made" / name).read_text(encoding="utf-8")
 
-    def test_text_that_is_no_yaml(self):
-        self.refuses("classes: [", 1, "is no YAML")
+    def test_an_empty_model_makes_the_metapackage_only(self):
+        self.made("classes: {}\n", "MetaPackage.cpp")
+        self.assertEqual(files_below(self.folder), ["made/MetaPackage.cpp", "made/MetaPackage.h", "model.yaml"])
+
+    def test_the_order_of_the_classes_does_not_matter_to_the_classes(self):
+        base = f"  p.Base: {{ uuid: {self.UUID}, doc: One. }}\n"
+        derived = f"  p.Derived: {{ uuid: {self.UUID[:-1]}2, doc: Two., superclass: Base }}\n"
+        first = self.made("classes:\n" + base + derived, "Derived.h")
+        self.assertEqual(self.made("classes:\n" + derived + base, "Derived.h"), first)
+
+    def test_the_indices_of_a_subclass_go_on_from_those_of_its_superclass(self):
+        text = (GOLDEN / "Book.cpp").read_text(encoding="utf-8")
+        self.assertEqual(re.findall(r"Field<(\d+), &Impl::(\w+),", text), [("7", "author_"), ("8", "chapters_")] * 2)
+
+    def test_a_mutator_that_is_not_public_is_on_the_element_only(self):
+        text = (GOLDEN / "Article.h").read_text(encoding="utf-8")
+        handle, element = text.split("class SHOP_EXPORT Article::Impl :")
+        self.assertNotIn("setSold", handle)
+        self.assertIn("void setSold(", element)
+        self.assertRegex(handle, r"(?s) protected:\n.* sold\(\) const;")
+
+    def test_no_line_of_a_comment_goes_on_in_the_next(self):
+        text = self.made(f"classes:\n  p.X: {{ uuid: {self.UUID}, doc: 'One \\' }}\n", "X.h")
+        self.assertNotRegex(text, r"///[^\n]*\\ *\n")
+
+
+def accept():
+    with tempfile.TemporaryDirectory() as folder:
+        done = generate_small(folder)
+        sys.stderr.write(done.stderr)
+        if done.returncode != 0:
+            return done.returncode
+        GOLDEN.mkdir(exist_ok=True)
+        for old in GOLDEN.iterdir():
+            old.unlink()
+        for made in (Path(folder) / SMALL_HEADERS).iterdir():
+            (GOLDEN / made.name).write_bytes(made.read_bytes())
+    return 0
 
 
 if __name__ == "__main__":
+    if sys.argv[1:] == ["accept"]:
+        sys.exit(accept())
     unittest.main()
