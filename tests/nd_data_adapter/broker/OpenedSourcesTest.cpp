@@ -1,6 +1,5 @@
 // What the facade does with sources that are open: closing, checksums, external sources.
 
-
 #include <boost/uuid/uuid.hpp>
 
 #include "nd_data_adapter/model/AdapterCacheV2.h"
