@@ -17,8 +17,9 @@
 ///     hvArrayPtr gains{hvCreateNumericMatrix(2, 3, hvClassCode::Double, hvComplexity::Real)};
 ///     hvData<double> writable = hvGetWritableData<double>(gains.get());
 ///     std::fill(writable.begin(), writable.end(), 1.5);
-///     hvArrayPtr snapshot{hvCreateSharedDataCopy(gains.get())};  // shares the six numbers until one side
-///     changes
+///     hvArrayPtr snapshot{hvCreateSharedDataCopy(gains.get())};
+///
+/// The snapshot shares the six numbers until one of the two is changed.
 ///
 /// Ownership: "the caller owns" means that the array is freed with hvDestroyArray; "lends" means that it
 /// stays somebody else's and is valid as long as the text says; "takes over" means that it is the caller's no

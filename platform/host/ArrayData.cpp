@@ -1,6 +1,7 @@
 #include "platform/host/ArrayData.h"
 
 #include <string>
+#include <string_view>
 
 #include "platform/host/internal/ArrayHandle.h"
 #include "platform/host/internal/DataBody.h"

@@ -76,10 +76,10 @@ ND_PLATFORM_EXPORT void raiseIndexOutOfRange(const char* operation, std::size_t 
 
 }  // namespace hvdetail
 
-/// The writable elements of an array, on loan until the array is copied, taken over by a cell or structure,
-/// or destroyed; then they must be taken anew. Code compiled without NDEBUG checks that at each access and
-/// raises StaleData, and IndexOutOfRange for an index that is too large. Pointers that it gave out are not
-/// watched.
+/// The writable elements of an array, on loan until the array is copied, as also an assignment into a
+/// workspace does, taken over by a cell or structure, or destroyed; then they must be taken anew. Code
+/// compiled without NDEBUG checks that at each access and raises StaleData, and IndexOutOfRange for an index
+/// that is too large. Pointers that it gave out are not watched.
 template <typename T>
 class hvData {
  public:

@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <boost/optional.hpp>

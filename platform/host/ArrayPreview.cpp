@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/host/ArrayData.h"

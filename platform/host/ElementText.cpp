@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <complex>
+#include <cstdint>
 #include <limits>
 #include <string_view>
 #include <type_traits>

@@ -1,5 +1,6 @@
 #include "platform/host/internal/TextBody.h"
 
+#include <cstddef>
 #include <cstring>
 #include <utility>
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <new>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include <boost/make_shared.hpp>
 
@@ -13,6 +15,7 @@
 using hvdetail::BodyRef;
 using hvdetail::Variable;
 using hvdetail::VariableIndex;
+using hvdetail::VariableRef;
 
 namespace {
 
@@ -33,13 +36,13 @@ BodyRef bodyToStore(const hvArray* value) {
 
 }  // namespace
 
-Variable::Variable(std::size_t nameSize, BodyRef body) noexcept
-    : nameSize_(nameSize), value_(std::move(body)) {
+Variable::Variable(std::size_t nameSize, BodyRef body, std::uint64_t number) noexcept
+    : number_(number), nameSize_(nameSize), value_(std::move(body)) {
   value_.takeOver();
 }
 
-std::unique_ptr<Variable> Variable::create(std::string_view name, BodyRef body) {
-  std::unique_ptr<Variable> variable(new (Trailing{name.size()}) Variable(name.size(), std::move(body)));
+VariableRef Variable::create(std::string_view name, BodyRef body, std::uint64_t number) {
+  VariableRef variable(new (Trailing{name.size()}) Variable(name.size(), std::move(body), number));
   std::copy(name.begin(), name.end(), static_cast<char*>(static_cast<void*>(variable.get() + 1)));
   return variable;
 }
@@ -88,6 +91,13 @@ void VariableIndex::insert(Variable& variable, std::size_t hash) noexcept {
   slots_[firstFree(hash)] = Slot{hash, &variable};
 }
 
+void VariableIndex::replace(const Variable& former, Variable& variable, std::size_t hash) noexcept {
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t i = hash & mask;
+  while (slots_[i].variable != &former) i = (i + 1) & mask;
+  slots_[i].variable = &variable;
+}
+
 void VariableIndex::swap(VariableIndex& other) noexcept {
   slots_.swap(other.slots_);
 }
@@ -100,13 +110,14 @@ void inWorkSpace_tag::assign(const hvArray* value, std::string_view name) {
   BodyRef body = bodyToStore(value);
   Variable* const known = index_.find(name, hash);
   if (known == nullptr) return append(std::move(body), name, hash);
+  if (known->isLent()) return replace(*known, std::move(body), hash);
   // What was there goes last, with the local reference: its end may run code that uses the workspace, or ends
   // it.
   known->value().exchangeReference(body);
 }
 
 void inWorkSpace_tag::append(BodyRef body, std::string_view name, std::size_t hash) {
-  auto variable = Variable::create(name, std::move(body));
+  VariableRef variable = Variable::create(name, std::move(body), firstNumber_ + variables_.size());
   const std::size_t expected = std::max(variables_.size() + 1, expected_);
   index_.reserve(expected);
   if (variables_.capacity() == variables_.size())
@@ -115,9 +126,15 @@ void inWorkSpace_tag::append(BodyRef body, std::string_view name, std::size_t ha
   variables_.push_back(std::move(variable));
 }
 
+void inWorkSpace_tag::replace(const Variable& former, BodyRef body, std::size_t hash) {
+  VariableRef variable = Variable::create(former.name(), std::move(body), former.number());
+  index_.replace(former, *variable, hash);
+  variables_[former.number() - firstNumber_].swap(variable);
+}
+
 void inWorkSpace_tag::clear() noexcept {
   // The values go last, with these locals: their end may run code that uses the workspace, or ends it.
-  std::vector<std::unique_ptr<Variable>> variables;
+  std::vector<VariableRef> variables;
   VariableIndex index;
   firstNumber_ += variables_.size();
   variables.swap(variables_);
@@ -160,12 +177,20 @@ std::size_t inGetNumberOfVariables(const boost::shared_ptr<inWorkSpace_tag>& wor
 WorkSpaceIterator::WorkSpaceIterator(boost::shared_ptr<inWorkSpace_tag> workspace, bool, bool, bool) noexcept
     : workspace_(std::move(workspace)) {}
 
+WorkSpaceIterator::WorkSpaceIterator(const WorkSpaceIterator& other) noexcept = default;
+WorkSpaceIterator::WorkSpaceIterator(WorkSpaceIterator&& other) noexcept = default;
+WorkSpaceIterator& WorkSpaceIterator::operator=(const WorkSpaceIterator& other) noexcept = default;
+WorkSpaceIterator& WorkSpaceIterator::operator=(WorkSpaceIterator&& other) noexcept = default;
+WorkSpaceIterator::~WorkSpaceIterator() = default;
+
 bool WorkSpaceIterator::get_next_variable(const hvArray*& value, std::string& name) {
-  const Variable* const variable = workspace_ ? workspace_->atOrBehind(next_) : nullptr;
-  if (variable != nullptr) {
+  // After the exchange it is what was lent before, and goes last: its end may run code that uses the walk.
+  boost::intrusive_ptr<const Variable> variable(workspace_ ? workspace_->atOrBehind(next_) : nullptr);
+  if (variable) {
     name = variable->name();
     ++next_;
   }
-  value = variable == nullptr ? nullptr : &variable->value();
-  return variable != nullptr;
+  value = variable ? &variable->value() : nullptr;
+  lent_.swap(variable);
+  return value != nullptr;
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include <boost/shared_ptr.hpp>
+#include <boost/smart_ptr/intrusive_ptr.hpp>
 
 #include "platform/export.h"
 #include "platform/host/Array.h"
@@ -24,8 +25,12 @@
 /// walk ends at once.
 struct inWorkSpace_tag;
 
-/// Create an empty workspace. The hint says how many variables are expected; it only saves time, and a huge
-/// one costs no memory.
+namespace hvdetail {
+class Variable;
+}
+
+/// Create an empty workspace. The hint says how many variables are expected; it only saves time. Room for
+/// that many, 1024 at most and some 40 KB for these, is made with the first variable.
 ND_PLATFORM_EXPORT boost::shared_ptr<inWorkSpace_tag> inCreateWorkspace(std::size_t sizeHint);
 
 /// Store a copy of a value under a name; the caller's array stays the caller's, and the data are shared until
@@ -39,7 +44,7 @@ ND_PLATFORM_EXPORT void inClearArraysInDesiredWS(
     const boost::shared_ptr<inWorkSpace_tag>& workspace) noexcept;
 
 /// Lend the value of a variable until that variable is assigned anew or removed, or the workspace goes; null
-/// if there is none of that name.
+/// if there is none of that name. Make a copy of a value that is needed for longer.
 ND_PLATFORM_EXPORT const hvArray* inGetValueFromWorkspace(
     const std::string& name, const boost::shared_ptr<inWorkSpace_tag>& workspace) noexcept;
 
@@ -52,17 +57,26 @@ ND_PLATFORM_EXPORT std::size_t inGetNumberOfVariables(
 /// The walk keeps the workspace alive, and the workspace may change meanwhile: a variable that is assigned
 /// first while the walk is on comes at its end, one that was removed doesn't come, and one that has a new
 /// value comes once, with the value that it has at that moment. After its end a walk goes on if variables
-/// have been added.
+/// have been added. A copy of a walk stands where the walk stands, and shares its loan.
 class ND_PLATFORM_EXPORT WorkSpaceIterator {
  public:
   /// Begin a walk before the first variable; whatever the three flags are, it gives every variable once.
   WorkSpaceIterator(boost::shared_ptr<inWorkSpace_tag> workspace, bool, bool, bool) noexcept;
+  WorkSpaceIterator(const WorkSpaceIterator& other) noexcept;
+  WorkSpaceIterator(WorkSpaceIterator&& other) noexcept;
+  WorkSpaceIterator& operator=(const WorkSpaceIterator& other) noexcept;
+  WorkSpaceIterator& operator=(WorkSpaceIterator&& other) noexcept;
+  ~WorkSpaceIterator();
 
   /// Go to the next variable and give its value, on loan until the next step, and its name; false at the end,
   /// with value null and name as it was.
+  ///
+  /// The loan holds whatever happens to the workspace meanwhile: a value that was lent stays as it is when
+  /// its variable is removed or assigned anew. It ends with the walk, unless the variable still has it.
   bool get_next_variable(const hvArray*& value, std::string& name);
 
  private:
   boost::shared_ptr<inWorkSpace_tag> workspace_;
+  boost::intrusive_ptr<const hvdetail::Variable> lent_;
   std::uint64_t next_ = 0;
 };

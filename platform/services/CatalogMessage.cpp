@@ -6,6 +6,8 @@
 #include <limits>
 #include <new>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include <unicode/fmtable.h>
@@ -39,6 +41,18 @@ icu::UnicodeString aliasOf(const std::u16string& text) {
 
 void raiseIfOutOfMemory(UErrorCode status) {
   if (status == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
+}
+
+// Takes the places at the end of a text that have empty arguments away, with the blank before each, which
+// would end the sentence otherwise.
+std::u16string withoutEmptyEnd(std::u16string text, const std::vector<std::u16string>& arguments) {
+  for (std::size_t number = arguments.size(); number-- > 0 && arguments[number].empty();) {
+    const std::string narrow = " {" + std::to_string(number) + "}";
+    const std::u16string place(narrow.begin(), narrow.end());
+    if (!std::u16string_view(text).ends_with(place)) break;
+    text.resize(text.size() - place.size());
+  }
+  return text;
 }
 
 std::optional<std::u16string> format(const std::u16string& text,
@@ -81,7 +95,7 @@ std::string narrowed(std::u16string sentence) {
 CatalogMessage::CatalogMessage(const char* catalogue, const char* key, const char16_t* text,
                                std::vector<std::u16string> arguments) {
   const std::u16string pattern(text);
-  std::optional<std::u16string> formatted = format(pattern, arguments);
+  std::optional<std::u16string> formatted = format(withoutEmptyEnd(pattern, arguments), arguments);
   std::u16string sentence = formatted ? std::move(*formatted) : listBehind(pattern, arguments);
   std::string narrow = narrowed(sentence);
   state_ = std::make_shared<const State>(

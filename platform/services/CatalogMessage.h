@@ -13,7 +13,7 @@ namespace lx::services {
 ///
 /// The messages of a catalogue are classes of their own, generated from the catalogue's file, one per key:
 ///
-///     throw lxb::messages::CannotModifyProxy(u"nd.data.adapter.Opaque");
+///     throw lxb::messages::CannotModifyProxy(u"nd.data.adapter.Opaque.Name");
 ///
 /// Copies share their state, so copying, moving and asking for narrow texts throw nothing.
 class ND_PLATFORM_EXPORT CatalogMessage : public std::exception {
@@ -41,8 +41,9 @@ class ND_PLATFORM_EXPORT CatalogMessage : public std::exception {
 
  protected:
   /// Form the sentence from a text in the notation of ICU's MessageFormat, with {0} for the first argument
-  /// and so on. A text that can't be formatted is taken as it stands, with the arguments behind it, so that a
-  /// message is never lost. The strings are copied. Throws nothing but what an allocation throws.
+  /// and so on. A place at the end whose argument is empty goes with the blank before it. A text that can't
+  /// be formatted is taken as it stands, with the arguments behind it, so that a message is never lost. The
+  /// strings are copied. Throws nothing but what an allocation throws.
   CatalogMessage(const char* catalogue, const char* key, const char16_t* text,
                  std::vector<std::u16string> arguments);
 

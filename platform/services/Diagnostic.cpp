@@ -27,9 +27,16 @@ std::function<void(const CatalogMessage&)>& createHook() {
   return hook;
 }
 
+std::function<ndsvDiagnosticImpl*(ndsvDiagnosticImpl*)>& replaceHook() {
+  using Hook = std::function<ndsvDiagnosticImpl*(ndsvDiagnosticImpl*)>;
+  static Hook& hook = *new Hook;
+  return hook;
+}
+
 }  // namespace
 
 struct ndsvDiagnosticImpl {
+  ndsvDiagnosticImpl() noexcept { ++liveDiagnostics; }
   explicit ndsvDiagnosticImpl(Item first) {
     items.push_back(std::move(first));
     ++liveDiagnostics;
@@ -71,9 +78,12 @@ void appendOnOneLine(std::u16string& lines, const std::u16string& text) {
 
 ndsvDiagnosticImpl* ndsvCreateDiagnostic(const CatalogMessage& message, const std::u16string& second) {
   if (createHook()) createHook()(message);
+  const std::function<ndsvDiagnosticImpl*(ndsvDiagnosticImpl*)>& replaced = replaceHook();
   std::u16string text = message.text();
   if (!second.empty()) text.insert(0, second + u": ");
-  return std::make_unique<ndsvDiagnosticImpl>(Item{message, std::move(text)}).release();
+  ndsvDiagnosticImpl* const made =
+      std::make_unique<ndsvDiagnosticImpl>(Item{message, std::move(text)}).release();
+  return replaced ? replaced(made) : made;
 }
 
 void ndsvConcatenateDiagnosticsNoCheck(ndsvDiagnosticImpl*& result, ndsvDiagnosticImpl* added,
@@ -125,4 +135,14 @@ std::function<void(const CatalogMessage&)> ndsvSetCreateDiagnosticHook(
     std::function<void(const CatalogMessage&)> hook) {
   createHook().swap(hook);
   return hook;
+}
+
+std::function<ndsvDiagnosticImpl*(ndsvDiagnosticImpl*)> ndsvSetReplaceDiagnosticHook(
+    std::function<ndsvDiagnosticImpl*(ndsvDiagnosticImpl*)> hook) {
+  replaceHook().swap(hook);
+  return hook;
+}
+
+ndsvDiagnosticImpl* ndsvCreateDiagnosticWithoutItems() {
+  return new ndsvDiagnosticImpl;
 }

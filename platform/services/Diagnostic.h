@@ -68,3 +68,12 @@ ND_PLATFORM_EXPORT std::size_t ndsvGetLiveDiagnosticCount() noexcept;
 /// function.
 ND_PLATFORM_EXPORT std::function<void(const lx::services::CatalogMessage&)> ndsvSetCreateDiagnosticHook(
     std::function<void(const lx::services::CatalogMessage&)> hook);
+
+/// Let a function put another diagnostic in the place of each that is made, for tests: it takes the new one
+/// over, and `ndsvCreateDiagnostic` gives what it returns, which may be null. An empty function ends that.
+/// Returns the former function.
+ND_PLATFORM_EXPORT std::function<ndsvDiagnosticImpl*(ndsvDiagnosticImpl*)> ndsvSetReplaceDiagnosticHook(
+    std::function<ndsvDiagnosticImpl*(ndsvDiagnosticImpl*)> hook);
+
+/// Create a diagnostic without items, which nothing else makes, for tests. The caller owns the result.
+ND_PLATFORM_EXPORT ndsvDiagnosticImpl* ndsvCreateDiagnosticWithoutItems();

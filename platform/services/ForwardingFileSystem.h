@@ -9,11 +9,10 @@ namespace lx::services {
 
 /// A filesystem that hands every question to another one. Derive from it to change single answers:
 ///
-///     struct Unreachable : ForwardingFileSystem {
-///       bool exists(const std::u16string&) const override { throw std::runtime_error("the share is
-///       offline"); }
+///     struct Emptied : ForwardingFileSystem {
+///       bool exists(const std::u16string&) const override { return false; }
 ///     };
-///     FileSystem::Replacement offline(std::make_shared<Unreachable>());
+///     FileSystem::Replacement emptied(std::make_shared<Emptied>());
 class ND_PLATFORM_EXPORT ForwardingFileSystem : public FileSystem {
  public:
   /// Forward to what serves the process when the object is made.

@@ -1,11 +1,13 @@
 #include "platform/text/FoldedCompare.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include <unicode/unorm2.h>
 #include <unicode/ustring.h>
@@ -24,8 +26,18 @@ char16_t foldAscii(char16_t unit) {
   return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
 }
 
+constexpr auto longest = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
+
+// Room for a text and what it is likely to grow by, yet never so much that the tables refuse the buffer
+// before they have looked at the text.
+constexpr std::size_t roomFor(std::int32_t length, std::size_t growth) {
+  return std::min(static_cast<std::size_t>(length) + growth, longest);
+}
+static_assert(roomFor(0, 4) == 4);
+static_assert(roomFor(std::numeric_limits<std::int32_t>::max(), longest / 2 + 4) == longest);
+
 std::int32_t lengthOf(std::u16string_view text) {
-  if (text.size() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+  if (text.size() > longest) {
     throw std::length_error(
         "A text is too long to be compared without regard to case: the limit is 2^31 - 1 units.");
   }
@@ -44,8 +56,8 @@ void check(UErrorCode status) {
 
 // Calls a function of ICU that fills a buffer, and once more with a larger one if the first is too small.
 template <typename Fill>
-std::u16string filled(std::size_t guess, Fill fill) {
-  std::u16string result(guess, u'\0');
+std::u16string filled(std::size_t room, Fill fill) {
+  std::u16string result(room, u'\0');
   UErrorCode status = U_ZERO_ERROR;
   std::int32_t length = fill(result.data(), lengthOf(result), status);
   if (status == U_BUFFER_OVERFLOW_ERROR && length > 0) {
@@ -59,18 +71,20 @@ std::u16string filled(std::size_t guess, Fill fill) {
 }
 
 std::u16string decomposed(std::u16string_view text) {
+  const std::int32_t length = lengthOf(text);
   UErrorCode status = U_ZERO_ERROR;
   const UNormalizer2* const nfd = unorm2_getNFDInstance(&status);
   check(status);
-  return filled(text.size() + text.size() / 2 + 4,
+  return filled(roomFor(length, text.size() / 2 + 4),
                 [&](char16_t* to, std::int32_t capacity, UErrorCode& error) {
-                  return unorm2_normalize(nfd, text.data(), lengthOf(text), to, capacity, &error);
+                  return unorm2_normalize(nfd, text.data(), length, to, capacity, &error);
                 });
 }
 
 std::u16string folded(std::u16string_view text) {
-  return filled(text.size() + 4, [&](char16_t* to, std::int32_t capacity, UErrorCode& error) {
-    return u_strFoldCase(to, capacity, text.data(), lengthOf(text), U_FOLD_CASE_DEFAULT, &error);
+  const std::int32_t length = lengthOf(text);
+  return filled(roomFor(length, 4), [&](char16_t* to, std::int32_t capacity, UErrorCode& error) {
+    return u_strFoldCase(to, capacity, text.data(), length, U_FOLD_CASE_DEFAULT, &error);
   });
 }
 

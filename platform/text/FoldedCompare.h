@@ -11,8 +11,11 @@ namespace lx::text {
 ///
 /// So ".TEST" equals ".test", "Straße" equals "STRASSE", and "é" equals "E" with a combining acute behind it;
 /// but a dotless "ı" equals neither "i" nor "I", and a full-width "Ａ" is no "a". A surrogate without its
-/// partner equals itself only. Throws what an allocation throws, and `std::length_error` when a text that
-/// isn't plain ASCII is too long for the character tables' 31-bit lengths.
+/// partner equals itself only.
+///
+/// Throws what an allocation throws; `std::length_error` when either text is too long for the 31-bit lengths
+/// of the character tables, though two texts of plain ASCII may be of any length; and `std::runtime_error`
+/// when the tables can't be used.
 ND_PLATFORM_EXPORT bool equalNormalizedIgnoringCase(std::u16string_view left, std::u16string_view right);
 
 }  // namespace lx::text

@@ -5,7 +5,6 @@
 
 #include "platform/text/Convert.h"
 
-using lx::services::ForwardingFileSystem;
 using lx::text::toUtf8;
 
 namespace support {

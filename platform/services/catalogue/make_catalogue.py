@@ -6,14 +6,16 @@ A catalogue is a YAML file:
     catalogue: "lxb:messages"
     namespace: lxb::messages
     export: { header: platform/export.h, macro: ND_PLATFORM_EXPORT }   # may be left out
+    base: { header: platform/host/HostError.h, class: hvError }        # may be left out
     messages:
       CannotModifyProxy:
         arguments: [element]
         doc: A mutator was called on a proxy.
         text: "{0} can''t be changed: it is a proxy. Resolve it first."
 
-Each message becomes a class of its name, derived from lx::services::CatalogMessage, whose constructor takes
-the arguments in their order. A text names its arguments {0}, {1} and so on. An apostrophe is written twice, and
+Each message becomes a class of its name, whose constructor takes the arguments in their order. It is derived
+from lx::services::CatalogMessage, or from the base, which derives from that and has a constructor with the same
+parameters. A text names its arguments {0}, {1} and so on. An apostrophe is written twice, and
 a brace that is meant as such in apostrophes: '{'.
 
 What is wrong with a catalogue is printed as FILE:LINE: MESSAGE, all of it at once; nothing is written then, and
@@ -44,7 +46,7 @@ KEYWORDS = frozenset(
 # Names that the generated classes use themselves.
 RESERVED_MESSAGES = frozenset({"CatalogMessage", "Catalogue", "Key"})
 
-# The name of a base class, which a parameter would shadow.
+# The names of base classes, which a parameter would shadow. That of the catalogue's own base comes to both sets.
 RESERVED_ARGUMENTS = frozenset({"exception"})
 
 
@@ -56,11 +58,25 @@ class Message:
         self.text = text
 
 
+class Base:
+    def __init__(self, header, name):
+        self.header = header
+        self.name = name
+
+    @property
+    def unqualified(self):
+        return self.name.split("::")[-1]
+
+
+COMMON_BASE = Base("platform/services/CatalogMessage.h", "lx::services::CatalogMessage")
+
+
 class Catalogue:
-    def __init__(self, name, namespace, export, messages):
+    def __init__(self, name, namespace, export, base, messages):
         self.name = name
         self.namespace = namespace
         self.export = export  # (header, macro) or None
+        self.base = base
         self.messages = messages
 
 
@@ -81,13 +97,14 @@ class Reader:
 
     def __init__(self):
         self.problems = []
+        self.base_name = COMMON_BASE.unqualified
 
     def complain(self, node, message):
         self.problems.append((line_of(node), message))
 
     def catalogue(self, root):
         fields = self.fields(
-            root, "the catalogue", required=("catalogue", "namespace", "messages"), optional=("export",)
+            root, "the catalogue", required=("catalogue", "namespace", "messages"), optional=("export", "base")
         )
         name = self.matching(
             fields.get("catalogue"),
@@ -96,6 +113,8 @@ class Reader:
         )
         namespace = self.namespace(fields.get("namespace"))
         export = self.export(fields["export"]) if "export" in fields else None
+        base = self.base(fields["base"]) if "base" in fields else COMMON_BASE
+        self.base_name = base.unqualified
         messages = []
         for key, key_node, node in self.entries(fields.get("messages"), "messages"):
             messages.append(self.message(key, key_node, node))
@@ -103,7 +122,7 @@ class Reader:
             self.complain(fields["messages"], "the catalogue has no messages")
         if self.problems:
             raise InvalidCatalogue(self.problems)
-        return Catalogue(name, namespace, export, messages)
+        return Catalogue(name, namespace, export, base, messages)
 
     def namespace(self, node):
         value = self.matching(
@@ -114,11 +133,25 @@ class Reader:
                 self.complain(node, f'"{part}" can\'t be part of a namespace here')
         return value
 
+    def header(self, node):
+        return self.matching(
+            node, r"[\w+-][\w+.-]*(/[\w+-][\w+.-]*)*", "the header is a path as in an include line"
+        )
+
+    def base(self, node):
+        fields = self.fields(node, "base", required=("header", "class"))
+        header = self.header(fields.get("header"))
+        name = self.matching(
+            fields.get("class"), r"[A-Za-z_]\w*(::[A-Za-z_]\w*)*", "the class is named with its namespace"
+        )
+        for part in name.split("::"):
+            if part in KEYWORDS:
+                self.complain(fields["class"], f'"{part}" can\'t be part of the name of a class')
+        return Base(header, name)
+
     def export(self, node):
         fields = self.fields(node, "export", required=("header", "macro"))
-        header = self.matching(
-            fields.get("header"), r"[\w+-][\w+.-]*(/[\w+-][\w+.-]*)*", "the header is a path as in an include line"
-        )
+        header = self.header(fields.get("header"))
         macro = self.matching(fields.get("macro"), r"[A-Za-z_]\w*", "the macro is an identifier")
         return header, macro
 
@@ -127,7 +160,7 @@ class Reader:
             self.complain(
                 key_node, f'"{key}" is no name for a message: it becomes a class, so write it UpperCamelCase'
             )
-        elif key in RESERVED_MESSAGES:
+        elif key in RESERVED_MESSAGES or key == self.base_name:
             self.complain(
                 key_node, f'"{key}" can\'t name a message: the generated classes use that name themselves'
             )
@@ -158,7 +191,7 @@ class Reader:
                 self.complain(item, f'"{name}" is no name for an argument of {key}: write it lowerCamelCase')
             elif name in KEYWORDS:
                 self.complain(item, f'"{name}" can\'t name an argument of {key}: it is a keyword of C++')
-            elif name in RESERVED_ARGUMENTS:
+            elif name in RESERVED_ARGUMENTS or name == self.base_name:
                 self.complain(
                     item, f'"{name}" can\'t name an argument of {key}: the generated classes inherit that name'
                 )
@@ -329,7 +362,7 @@ def signature(start, message):
 
 
 def make_header(catalogue, source):
-    includes = ["platform/services/CatalogMessage.h"]
+    includes = [catalogue.base.header]
     macro = ""
     if catalogue.export:
         includes.append(catalogue.export[0])
@@ -343,7 +376,7 @@ def make_header(catalogue, source):
         explicit = "explicit " if message.arguments else ""
         parts.append(
             f"\n{doc_lines(message.doc)}"
-            f"class {macro}{message.key} : public ::lx::services::CatalogMessage {{\n"
+            f"class {macro}{message.key} : public ::{catalogue.base.name} {{\n"
             " public:\n"
             f'  static constexpr const char* Catalogue = "{catalogue.name}";\n'
             f'  static constexpr const char* Key = "{message.key}";\n\n'
@@ -360,11 +393,11 @@ def make_source(catalogue, source, header):
         f"\nnamespace {catalogue.namespace} {{\n",
     ]
     for message in catalogue.messages:
-        indent = len("    : CatalogMessage(")
+        indent = len(f"    : {catalogue.base.unqualified}(")
         pad = " " * indent
         parts.append(
             f"\n{signature(message.key + '::', message)}\n"
-            f"    : CatalogMessage(Catalogue, Key,\n{pad}{literal(message.text, indent)},\n"
+            f"    : {catalogue.base.unqualified}(Catalogue, Key,\n{pad}{literal(message.text, indent)},\n"
             f"{pad}{{{', '.join(message.arguments)}}}) {{}}\n"
         )
     parts.append(f"\n}}  // namespace {catalogue.namespace}\n")

@@ -1,5 +1,4 @@
 #include <set>
-#include <thread>
 
 #include "platform/foundation/Identity.h"
 #include "platform/foundation/ModelImpl.h"
@@ -20,18 +19,6 @@ TEST(RandomIdentity, IsAVersion4UuidOfTheCommonVariant) {
 TEST(RandomIdentity, DoesNotRepeat) {
   std::set<boost::uuids::uuid> seen;
   for (int round = 0; round < 10000; ++round) EXPECT_TRUE(seen.insert(randomIdentity()).second);
-}
-
-TEST(RandomIdentity, DiffersBetweenThreads) {
-  const auto thousand = [](std::set<boost::uuids::uuid>& seen) {
-    for (int round = 0; round < 1000; ++round) seen.insert(randomIdentity());
-  };
-  std::set<boost::uuids::uuid> here, there;
-  std::thread other([&] { thousand(there); });
-  thousand(here);
-  other.join();
-  here.merge(there);
-  EXPECT_EQ(here.size(), 2000U);
 }
 
 TEST(ModelIdentity, IsMadeOnceAndDiffersFromModelToModel) {

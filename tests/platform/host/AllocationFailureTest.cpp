@@ -2,8 +2,8 @@
 #include <new>
 
 #include "platform/host/Workspace.h"
-#include "tests/platform/host/FailingAllocation.h"
 #include "tests/platform/host/HostTest.h"
+#include "tests/support/FailingAllocation.h"
 
 namespace {
 
@@ -166,6 +166,20 @@ TEST_F(AllocationFailureTest, ReplacingAVariableAllocatesNothing) {
   inAssignInDesiredWS(doubleScalar(1).get(), "a", workspace);
   const hvArrayPtr value = doubleScalar(2);
   EXPECT_EQ(failEach([&] { inAssignInDesiredWS(value.get(), "a", workspace); }, nothingToCheck), 0U);
+}
+
+TEST_F(AllocationFailureTest, ReplacingAVariableThatAWalkLendsKeepsTheFormerValue) {
+  const auto workspace = inCreateWorkspace(0);
+  inAssignInDesiredWS(doubleScalar(1).get(), "a", workspace);
+  WorkSpaceIterator walk(workspace, false, false, true);
+  const hvArray* lent = nullptr;
+  std::string name;
+  ASSERT_TRUE(walk.get_next_variable(lent, name));
+  const hvArrayPtr value = doubleScalar(2);
+  const auto unchanged = [&] { EXPECT_EQ(inGetValueFromWorkspace("a", workspace), lent); };
+  EXPECT_EQ(failEach([&] { inAssignInDesiredWS(value.get(), "a", workspace); }, unchanged), 1U);
+  EXPECT_EQ(*hvGetData<double>(inGetValueFromWorkspace("a", workspace)), 2);
+  EXPECT_EQ(*hvGetData<double>(lent), 1);
 }
 
 TEST_F(AllocationFailureTest, LookingUpAndClearingAllocateNothing) {

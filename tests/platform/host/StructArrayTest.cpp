@@ -1,3 +1,5 @@
+#include <string_view>
+
 #include "platform/host/StructArray.h"
 #include "tests/platform/host/HostTest.h"
 

@@ -1,3 +1,5 @@
+#include <string_view>
+
 #include "platform/host/TextArray.h"
 #include "tests/platform/host/HostTest.h"
 
@@ -149,10 +151,11 @@ TEST_F(TextArrayTest, OneTextIsACharacterRowOrAStringThatIsNotMissing) {
       {hvArrayPtr(hvCreateCellArray({1, 1})), false},
       {nullptr, false},
   };
-  for (const auto& [array, wanted] : cases) {
-    SCOPED_TRACE(hvDescribe(array.get()));
-    EXPECT_EQ(ndsvIsStringScalar(array.get()), wanted);
-    EXPECT_EQ(raised([&] { ndsvGetUstringFromStringScalar(array.get()); }),
+  for (const auto& [owner, wanted] : cases) {
+    const hvArray* const array = owner.get();
+    SCOPED_TRACE(hvDescribe(array));
+    EXPECT_EQ(ndsvIsStringScalar(array), wanted);
+    EXPECT_EQ(raised([&] { ndsvGetUstringFromStringScalar(array); }),
               wanted ? "nothing" : "hv:messages/NotOneText");
   }
   EXPECT_EQ(ndsvGetUstringFromStringScalar(cases[0].first.get()), u"a");

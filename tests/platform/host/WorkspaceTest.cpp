@@ -16,6 +16,12 @@ class WorkspaceTest : public HostTest {
     inAssignInDesiredWS(doubleScalar(value).get(), name, workspace_);
   }
 
+  void assignCellOfThree(const std::string& name) {
+    const hvArrayPtr cell(hvCreateCellArray({1, 3}));
+    for (std::size_t i = 0; i < 3; ++i) hvSetCell(cell.get(), i, doubleScalar(1));
+    inAssignInDesiredWS(cell.get(), name, workspace_);
+  }
+
   double number(const std::string& name) const {
     return *hvGetData<double>(inGetValueFromWorkspace(name, workspace_));
   }
@@ -82,12 +88,53 @@ TEST_F(WorkspaceTest, StoresNullAsAnEmptyDouble) {
   EXPECT_EQ(hvDescribe(inGetValueFromWorkspace("b", workspace_)), "0x0 double");
 }
 
-TEST_F(WorkspaceTest, ReplacingFreesTheFormerValue) {
+TEST_F(WorkspaceTest, AVariableIsOneArrayWithThoseInIt) {
   assign("a", 1);
-  const std::size_t before = hvGetLiveArrayCount();
-  assign("a", 2);
-  EXPECT_EQ(hvGetLiveArrayCount(), before);
+  EXPECT_EQ(arraysMade(), 1U);
+  assignCellOfThree("b");
+  EXPECT_EQ(arraysMade(), 5U);
 }
+
+TEST_F(WorkspaceTest, ReplacingFreesTheFormerValue) {
+  assignCellOfThree("a");
+  const std::size_t before = arraysMade();
+  assign("a", 2);
+  EXPECT_EQ(arraysMade(), before - 3);
+}
+
+// What code in debug mode checks at each access to writable data, and code in release mode doesn't.
+TEST_F(WorkspaceTest, AssigningEndsThePermitToWriteIntoTheCallersArray) {
+  const hvArrayPtr first = doubleScalar(1);
+  const hvdetail::WritePermit toFirst(first.get());
+  toFirst.check();
+  inAssignInDesiredWS(first.get(), "a", workspace_);
+  EXPECT_EQ(raised([&] { toFirst.check(); }), "hv:messages/StaleData");
+  const hvArrayPtr second = doubleScalar(2);
+  const hvdetail::WritePermit toSecond(second.get());
+  inAssignInDesiredWS(second.get(), "a", workspace_);
+  EXPECT_EQ(raised([&] { toSecond.check(); }), "hv:messages/StaleData");
+}
+
+#ifndef NDEBUG
+
+TEST_F(WorkspaceTest, WritableDataAreStaleOnceTheArrayWasAssigned) {
+  const hvArrayPtr array = doubleScalar(1);
+  const hvData<double> data = hvGetWritableData<double>(array.get());
+  inAssignInDesiredWS(array.get(), "a", workspace_);
+  EXPECT_EQ(raised([&] { data[0] = 7; }), "hv:messages/StaleData");
+  EXPECT_EQ(number("a"), 1);
+}
+
+TEST_F(WorkspaceTest, WritableDataAreStaleOnceTheArrayHasReplacedAVariable) {
+  assign("a", 1);
+  const hvArrayPtr array = doubleScalar(2);
+  const hvData<double> data = hvGetWritableData<double>(array.get());
+  inAssignInDesiredWS(array.get(), "a", workspace_);
+  EXPECT_EQ(raised([&] { *data = 7; }), "hv:messages/StaleData");
+  EXPECT_EQ(number("a"), 2);
+}
+
+#endif
 
 TEST_F(WorkspaceTest, AVariableCanBeAssignedItsOwnValue) {
   assign("a", 1);
@@ -145,7 +192,7 @@ TEST_F(WorkspaceTest, AnEmptyPointerKeepsNothing) {
   EXPECT_FALSE(walk.get_next_variable(value, name));
 }
 
-TEST_F(WorkspaceTest, AHugeHintCostsNothingAndChangesNothing) {
+TEST_F(WorkspaceTest, AHintOfAnySizeChangesNothing) {
   for (const std::size_t hint : {std::size_t{0}, std::size_t{1}, std::numeric_limits<std::size_t>::max()}) {
     workspace_ = inCreateWorkspace(hint);
     assign("a", 1);

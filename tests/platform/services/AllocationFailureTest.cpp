@@ -2,10 +2,13 @@
 #include <cstddef>
 #include <functional>
 #include <new>
+#include <string>
+
+#include <gtest/gtest.h>
 
 #include "platform/services/Diagnostic.h"
 #include "platform/services/FileSystem.h"
-#include "tests/platform/host/FailingAllocation.h"
+#include "tests/support/FailingAllocation.h"
 
 namespace {
 

@@ -1,8 +1,13 @@
 #include <exception>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <unicode/uloc.h>
 
 #include "platform/services/CatalogMessage.h"
@@ -55,6 +60,14 @@ TEST(CatalogMessage, FormatsByTheNotationOfItsTexts) {
 TEST(CatalogMessage, TakesArgumentsAsTheyAre) {
   EXPECT_EQ(Sample(u"<{0}> <{1}>", {u"{1} ''it''s'' {", u"b"}).text(), u"<{1} ''it''s'' {> <b>");
   EXPECT_EQ(Sample(u"{0}", {u"1234567.5"}).text(), u"1234567.5");
+}
+
+TEST(CatalogMessage, EndsWithoutABlankWhenItsLastArgumentsAreEmpty) {
+  EXPECT_EQ(Sample(u"It broke. {0}", {u""}).text(), u"It broke.");
+  EXPECT_EQ(Sample(u"{0} {1} {2}", {u"a", u"", u""}).text(), u"a");
+  EXPECT_EQ(Sample(u"{0} {1}", {u"a ", u""}).text(), u"a ") << "the argument's own blank stays";
+  EXPECT_EQ(Sample(u"{0} {1}", {u"", u" "}).text(), u"  ");
+  EXPECT_EQ(Sample(u"<{0} {1}>", {u"a", u""}).text(), u"<a >") << "within the text the blank stays";
 }
 
 TEST(CatalogMessage, FormatsTheSameInEveryLocale) {

@@ -1,6 +1,9 @@
 #include <memory>
 #include <string>
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "platform/services/ForwardingFileSystem.h"
 
 namespace {

@@ -1,6 +1,10 @@
 #include <cstring>
 #include <exception>
+#include <string>
 #include <type_traits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "platform/services/CatalogMessage.h"
 #include "tests/platform/services/sample_messages.h"

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "platform/text/Compare.h"
 
 namespace {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <unicode/ustring.h>
 
 #include "platform/text/Convert.h"

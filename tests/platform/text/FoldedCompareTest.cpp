@@ -1,8 +1,10 @@
 #include <cctype>
+#include <cstddef>
 #include <random>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
 #include <unicode/uloc.h>
 #include <unicode/unorm.h>
 

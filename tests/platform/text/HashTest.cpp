@@ -7,6 +7,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "platform/text/Compare.h"
 #include "platform/text/Hash.h"
 
