@@ -83,7 +83,7 @@ def main(arguments):
     parser.add_argument("--write", action="store_true", help="puts wrong quotations right")
     options = parser.parse_args(arguments)
 
-    documents = [place for pattern in ("*.md", "docs/**/*.md", "examples/**/*.md")
+    documents = [place for pattern in ("*.md", "docs/**/*.md", "examples/**/*.md", "tests/*.md")
                  for place in sorted(options.root.glob(pattern))]
     if not documents:
         parser.error(f"there is no document in {options.root}")

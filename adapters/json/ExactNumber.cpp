@@ -5,7 +5,9 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <limits>
+#include <system_error>
 
 namespace nd::adapters::json {
 namespace {
@@ -32,7 +34,32 @@ bool spells(std::string_view literal, double value) {
          std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())) == literal;
 }
 
+/// Tell which power of ten the first digit of a literal stands for, zeros not counted.
+std::int64_t magnitudeOf(std::string_view literal) {
+  const std::size_t mantissaEnd = std::min(literal.find_first_of("eE"), literal.size());
+  const std::size_t point = std::min(literal.substr(0, mantissaEnd).find('.'), mantissaEnd);
+  const std::size_t first = literal.find_first_of("123456789");
+  const auto distance = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
+  const std::int64_t magnitude = distance > 0 ? distance - 1 : distance;
+  if (mantissaEnd == literal.size()) return magnitude;
+  std::string_view digits = literal.substr(mantissaEnd + 1);
+  if (digits.starts_with('+')) digits.remove_prefix(1);
+  // The mantissa can't make up for an exponent that is larger in magnitude than any text is long.
+  constexpr std::int64_t large = std::numeric_limits<std::int64_t>::max() / 2;
+  std::int64_t exponent = digits.starts_with('-') ? -large : large;
+  parse(digits, exponent);
+  return magnitude + std::clamp(exponent, -large, large);
+}
+
 }  // namespace
+
+boost::optional<double> nearestDouble(std::string_view literal) {
+  double value = 0;
+  const auto result = std::from_chars(literal.data(), literal.data() + literal.size(), value);
+  if (result.ec == std::errc()) return value;
+  if (magnitudeOf(literal) > 0) return boost::none;
+  return literal.starts_with('-') ? -0.0 : 0.0;
+}
 
 ExactNumber exactNumber(std::string_view literal, double rounded) {
   if (std::abs(rounded) < firstInexactInteger) return asDouble(rounded);

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include <boost/optional.hpp>
+
 namespace nd::adapters::json {
 
 /// How a number of a text is held without loss.
@@ -16,6 +18,10 @@ struct ExactNumber {
 
 /// Below this magnitude a double holds every integer.
 inline constexpr double firstInexactInteger = 9007199254740992.0;
+
+/// Give the double nearest to a well-formed number of JSON, none if that lies beyond the range. What is too
+/// small is zero, with its sign.
+boost::optional<double> nearestDouble(std::string_view literal);
 
 /// Choose the class that holds a well-formed number of JSON exactly: double if it can, else int64, else
 /// uint64. `rounded` is the nearest double. A number with a fraction or an exponent is a double by its

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <system_error>
@@ -14,6 +15,8 @@
 
 #include "adapters/json/Checksum.h"
 #include "adapters/json/Limits.h"
+#include "adapters/json/messages.h"
+#include "platform/text/Convert.h"
 
 namespace nd::adapters::json {
 namespace {
@@ -58,9 +61,8 @@ class OpenFile {
 
  private:
   static FileFailure notRegular(mode_t mode) {
-    return {FileFailureKind::Inaccessible,
-            S_ISDIR(mode) ? "It is a folder and not a file."
-                          : "It is a pipe, a device or the like and not a regular file."};
+    if (S_ISDIR(mode)) return {FileFailureKind::Inaccessible, messages::IsFolder()};
+    return {FileFailureKind::Inaccessible, messages::NoRegularFile()};
   }
 
   static void refuseUnlessRegular(const std::string& path) {
@@ -75,9 +77,8 @@ class OpenFile {
 
 void refuseIfTooLarge(std::uint64_t size) {
   if (size <= maximumFileSize) return;
-  throw FileFailure(
-      FileFailureKind::TooLarge,
-      "The file is larger than " + std::to_string(maximumFileSize >> 20) + " MiB, the most that is read.");
+  throw FileFailure(FileFailureKind::TooLarge,
+                    messages::FileTooLarge(lx::text::toUtf16(std::to_string(maximumFileSize >> 20))));
 }
 
 }  // namespace
@@ -86,13 +87,13 @@ FileFailure fileFailure(int errorNumber) {
   switch (errorNumber) {
     case ENOENT:
     case ENOTDIR:
-      return {FileFailureKind::Inaccessible, "There is no such file."};
+      return {FileFailureKind::Inaccessible, messages::NoSuchFile()};
     case EACCES:
     case EPERM:
-      return {FileFailureKind::NoPermission, "There is no permission to read it."};
+      return {FileFailureKind::NoPermission, messages::NoReadPermission()};
     default:
       return {FileFailureKind::Inaccessible,
-              "It can't be read: " + std::generic_category().message(errorNumber) + "."};
+              messages::UnreadableFile(lx::text::toUtf16(std::generic_category().message(errorNumber)))};
   }
 }
 

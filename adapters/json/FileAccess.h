@@ -1,9 +1,9 @@
 #pragma once
 
-#include <stdexcept>
 #include <string>
 
 #include "adapters/json/PaddedText.h"
+#include "platform/services/CatalogMessage.h"
 
 namespace nd::adapters::json {
 
@@ -13,10 +13,11 @@ enum class FileFailureKind {
   TooLarge       ///< it is larger than `maximumFileSize`
 };
 
-/// A file that can't be read. `what` is a sentence for people, without the file's name.
-class FileFailure : public std::runtime_error {
+/// A file that can't be read. The sentence doesn't name it.
+class FileFailure : public lx::services::CatalogMessage {
  public:
-  FileFailure(FileFailureKind kind, const std::string& words) : std::runtime_error(words), kind_(kind) {}
+  FileFailure(FileFailureKind kind, const lx::services::CatalogMessage& message) noexcept
+      : CatalogMessage(message), kind_(kind) {}
 
   FileFailureKind kind() const noexcept { return kind_; }
 

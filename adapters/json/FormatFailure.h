@@ -1,18 +1,15 @@
 #pragma once
 
-#include <stdexcept>
-#include <string>
-
 #include "adapters/json/Place.h"
+#include "platform/services/CatalogMessage.h"
 
 namespace nd::adapters::json {
 
-/// A text that is not JSON or that no variables can be made of. `what` is a sentence for people and begins
-/// with the place.
-class FormatFailure : public std::runtime_error {
+/// A text that is not JSON or that no variables can be made of. The sentence begins with the place.
+class FormatFailure : public lx::services::CatalogMessage {
  public:
-  FormatFailure(const Place& place, const std::string& words)
-      : std::runtime_error(describe(place) + ": " + words), place_(place) {}
+  /// Make the failure of a text that is wrong at a place as a message says.
+  FormatFailure(const Place& place, const lx::services::CatalogMessage& fault);
 
   const Place& place() const noexcept { return place_; }
 

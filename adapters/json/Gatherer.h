@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 

@@ -11,11 +11,13 @@
 #include "adapters/json/FormatFailure.h"
 #include "adapters/json/Reader.h"
 #include "adapters/json/WorkspaceReplacement.h"
+#include "adapters/json/messages.h"
 #include "nd_data_adapter/model/AdapterDiagnostic.h"
 #include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/MetaDataEntry.h"
 #include "nd_data_adapter/model/URIOperations.h"
 #include "platform/foundation/ElementMap.h"
+#include "platform/services/CatalogMessage.h"
 #include "platform/services/FileSystem.h"
 #include "platform/text/Convert.h"
 #include "platform/text/FoldedCompare.h"
@@ -35,7 +37,7 @@ AdapterDiagnostic diagnosticOf(FileFailureKind kind) {
     case FileFailureKind::NoPermission:
       return AdapterDiagnostic::NoPermission;
     case FileFailureKind::TooLarge:
-      return AdapterDiagnostic::Unsupported;
+      return AdapterDiagnostic::GenericFailure;
     case FileFailureKind::Inaccessible:
       break;
   }
@@ -94,6 +96,7 @@ bool JsonAdapter::close() {
 std::u16string JsonAdapter::getCurrentChecksum() {
   if (!isOpen_) return {};
   try {
+    checkRights();
     return checksumOfFile(path_);
   } catch (const FileFailure&) {
     return {};
@@ -103,6 +106,7 @@ std::u16string JsonAdapter::getCurrentChecksum() {
 bool JsonAdapter::hasData() {
   if (!isOpen_) return false;
   try {
+    checkRights();
     return !readVariables(readFile(path_)).empty();
   } catch (const FileFailure&) {
     return false;
@@ -113,25 +117,24 @@ bool JsonAdapter::hasData() {
 
 bool JsonAdapter::getData(const Workspace& dataCache, MetaDataCache& metaDataCache,
                           const std::u16string& prevChecksum, nd::data::adapter::AdapterError& error) {
-  const auto fail = [&](AdapterDiagnostic diagnostic, std::string_view words) {
-    error.setError(diagnostic, lx::text::toUtf16(words), getAdapterName(), source_);
+  const auto fail = [&](AdapterDiagnostic diagnostic, const lx::services::CatalogMessage& message) {
+    error.setError(diagnostic, message.text(), getAdapterName(), source_);
     return false;
   };
-  if (!isOpen_) return fail(AdapterDiagnostic::GenericFailure, "No source is open.");
+  if (!isOpen_) return fail(AdapterDiagnostic::GenericFailure, messages::NothingOpen());
   try {
     read(dataCache, metaDataCache, prevChecksum);
   } catch (const FileFailure& failure) {
-    return fail(diagnosticOf(failure.kind()), failure.what());
+    return fail(diagnosticOf(failure.kind()), failure);
   } catch (const FormatFailure& failure) {
-    return fail(AdapterDiagnostic::UnrecognizedFormat, failure.what());
+    return fail(AdapterDiagnostic::UnrecognizedFormat, failure);
   }
   return true;
 }
 
 bool JsonAdapter::writeData(const Workspace&, const Workspace&, MetaDataCache&,
                             const nd::data::adapter::ChangeReport&, nd::data::adapter::AdapterError& error) {
-  error.setError(AdapterDiagnostic::Unsupported, u"JSON files are read only, not written.", getAdapterName(),
-                 source_);
+  error.setError(AdapterDiagnostic::Unsupported, messages::ReadOnly().text(), getAdapterName(), source_);
   return false;
 }
 

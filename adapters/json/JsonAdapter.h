@@ -12,7 +12,13 @@
 namespace nd::adapters::json {
 
 /// Reads the members of the object at the top of a JSON file as variables; `docs/formats/json.md` tells how
-/// values map. It doesn't write.
+/// values map. It doesn't write. The broker uses it once it is registered (`registerJsonAdapter` does that);
+/// by itself it is used so:
+///
+///     JsonAdapter adapter;
+///     adapter.open(u"gains.json");
+///     if (!adapter.getData(workspace, metaDataCache, u"", error)) show(error.errorMessage());
+///     adapter.close();
 ///
 /// The file is read whole at each `getData` and closed again; between reads the adapter holds nothing of it.
 /// Data and metadata of the client are replaced once all of the file has been read, and stay as they are if
@@ -45,9 +51,9 @@ class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
   ///
   /// If `prevChecksum` is that of the content now, and this object has read the same content into the same
   /// workspace before, both caches are left as they are. Failures: `Inaccessible` for a file that isn't
-  /// there, is no regular file or can't be read, `NoPermission`, `Unsupported` for one that is too large,
-  /// `UnrecognizedFormat` with line and column for a content that can't be read, and `GenericFailure` when
-  /// nothing is open.
+  /// there, is no regular file or can't be read, `NoPermission`, `UnrecognizedFormat` with line and column
+  /// for a content that can't be read, and `GenericFailure` for a file that is too large and when nothing is
+  /// open.
   bool getData(const Workspace& dataCache, MetaDataCache& metaDataCache, const std::u16string& prevChecksum,
                nd::data::adapter::AdapterError& error) override;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -19,8 +20,10 @@
 #include "adapters/json/Limits.h"
 #include "adapters/json/MemberNames.h"
 #include "adapters/json/Place.h"
-#include "adapters/json/SyntaxCheck.h"
-#include "adapters/json/Wording.h"
+#include "adapters/json/TextCheck.h"
+#include "adapters/json/VariableName.h"
+#include "adapters/json/characters.h"
+#include "adapters/json/messages.h"
 #include "platform/text/Convert.h"
 
 namespace nd::adapters::json {
@@ -31,15 +34,13 @@ namespace ondemand = simdjson::ondemand;
 static_assert(PaddedText::padding >= simdjson::SIMDJSON_PADDING);
 static_assert(maximumFileSize <= simdjson::SIMDJSON_MAXSIZE_BYTES);
 
-bool isLetter(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
+/// The reader goes on no further; `reason` is a constant text.
+struct Refusal {
+  const char* reason;
+};
 
-bool isNameCharacter(char character) {
-  return isLetter(character) || (character >= '0' && character <= '9') || character == '_';
-}
-
-/// Walks a document once, from the front to the back.
+/// Walks a document once, from the front to the back. It only notices that something is wrong: the parser
+/// learns of some faults ahead of others that stand before them.
 class Reader {
  public:
   explicit Reader(std::string_view text) : text_(text) {}
@@ -59,12 +60,8 @@ class Reader {
   /// Counts a level of nesting for as long as it lives.
   class Level {
    public:
-    Level(Reader& reader, std::size_t offset) : reader_(reader) {
-      if (reader_.depth_ == maximumDepth) {
-        reader_.fail(offset, "expected at most " + std::to_string(maximumDepth) +
-                                 " levels of objects and arrays, but found " +
-                                 describeFound(reader_.text_, offset));
-      }
+    explicit Level(Reader& reader) : reader_(reader) {
+      if (reader_.depth_ == maximumDepth) throw Refusal{"the text nests too deep"};
       ++reader_.depth_;
     }
     Level(const Level&) = delete;
@@ -76,28 +73,19 @@ class Reader {
   };
 
   template <typename T>
-  void take(simdjson::simdjson_result<T>&& result, T& value) {
+  static void take(simdjson::simdjson_result<T>&& result, T& value) {
     if (const auto error = std::move(result).get(value)) refuse(error);
   }
 
-  [[noreturn]] void fail(std::size_t offset, const std::string& words) const {
-    throw FormatFailure(placeOf(text_, offset), words);
+  template <typename T>
+  static void take(const simdjson::simdjson_result<T>& result, T& value) {
+    if (const auto error = result.error()) refuse(error);
+    value = result.value_unsafe();
   }
 
-  /// State why the parser gave up, by a second, exact look at the text.
-  [[noreturn]] void refuse(simdjson::error_code error) const {
+  [[noreturn]] static void refuse(simdjson::error_code error) {
     if (error == simdjson::MEMALLOC) throw std::bad_alloc();
-    if (const auto fault = findSyntaxFault(text_)) fail(fault->offset, fault->words);
-    fail(text_.size(), std::string("the parser gives up (") + simdjson::error_message(error) +
-                           "), although the text is well-formed");
-  }
-
-  [[noreturn]] void refuseNumber(simdjson::error_code error, std::size_t offset) const {
-    if (error != simdjson::NUMBER_ERROR) refuse(error);
-    const std::string_view literal = numberLiteral(text_.substr(offset));
-    const auto fault = findSyntaxFault(text_);
-    if (fault && fault->offset <= offset + literal.size()) fail(fault->offset, fault->words);
-    fail(offset, "expected a number within the range of a double, but found " + shorten(literal));
+    throw Refusal{simdjson::error_message(error)};
   }
 
   std::size_t offsetOf(const char* position) const {
@@ -114,43 +102,26 @@ class Reader {
   }
 
   std::vector<Variable> readTop(ondemand::object top) {
-    const Level level(*this, 0);
+    const Level level(*this);
     std::vector<Variable> variables;
     MemberNames names;
-    readMembers(top, names, [&](std::string_view name, std::size_t offset, ondemand::value& value) {
-      checkVariableName(name, offset);
-      variables.emplace_back(std::string(name), nullptr);
+    readMembers(top, names, [&](std::string_view name, ondemand::value& value) {
+      if (!isVariableName(name) || isTooLongForVariable(name)) throw Refusal{"a name is none for a variable"};
+      variables.push_back({std::string(name), nullptr});
       variables.back().value = takeArray(stacks_, readValue(value));
     });
     return variables;
-  }
-
-  void checkVariableName(std::string_view name, std::size_t offset) const {
-    const bool isName =
-        !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isNameCharacter);
-    if (!isName) {
-      fail(offset,
-           "expected the name of a variable (a letter, then letters, digits and underscores), but found " +
-               quoteName(name));
-    }
-    if (name.size() > maximumVariableNameLength) {
-      fail(offset, "expected a variable's name of at most " + std::to_string(maximumVariableNameLength) +
-                       " characters, but found " + std::to_string(name.size()));
-    }
   }
 
   template <typename Visit>
   void readMembers(ondemand::object& object, MemberNames& names, const Visit& visit) {
     for (auto member : object) {
       ondemand::field field;
-      take(std::move(member), field);
+      take(member, field);
       const std::size_t offset = offsetOf(field.key().raw()) - 1;
       const std::string_view name = unescape(field.key(), offsetOf(field.value()) - offset);
-      if (const auto earlier = names.add(name, offset)) {
-        fail(offset, "expected a name that the object doesn't have yet, but found " + quoteName(name) +
-                         ", which it has from " + describe(placeOf(text_, names.offsetOf(*earlier))));
-      }
-      visit(name, offset, field.value());
+      if (names.add(name, offset)) throw Refusal{"a name comes twice"};
+      visit(name, field.value());
     }
   }
 
@@ -177,16 +148,16 @@ class Reader {
 
   Block readArray(ondemand::value& value) {
     const std::size_t begin = offsetOf(value);
-    const Level level(*this, begin);
+    const Level level(*this);
     ondemand::array array;
     take(value.get_array(), array);
     Gatherer gatherer(stacks_, text_.substr(begin));
     for (auto item : array) {
       ondemand::value element;
-      take(std::move(item), element);
+      take(item, element);
       const std::size_t offset = offsetOf(element);
       if (isNumberAt(offset) && gatherer.takesDoubles()) {
-        const double number = readDouble(element, offset);
+        const double number = readDouble(element);
         if (std::abs(number) < firstInexactInteger) {
           if (stacks_.numbers.size() == stacks_.numbers.capacity()) makeRoomForNumbers(offset);
           gatherer.addDouble(number);
@@ -214,12 +185,12 @@ class Reader {
   }
 
   Block readObject(ondemand::value& value, const std::shared_ptr<const MemberNameList>& expectedNames) {
-    const Level level(*this, offsetOf(value));
+    const Level level(*this);
     ondemand::object object;
     take(value.get_object(), object);
     const std::size_t begin = stacks_.arrays.size();
     MemberNames names(expectedNames);
-    readMembers(object, names, [&](std::string_view, std::size_t, ondemand::value& member) {
+    readMembers(object, names, [&](std::string_view, ondemand::value& member) {
       hvArrayPtr array = takeArray(stacks_, readValue(member));
       stacks_.arrays.push_back(std::move(array));
     });
@@ -242,18 +213,18 @@ class Reader {
   bool isNumberAt(std::size_t offset) const {
     if (offset == text_.size()) return false;
     const char character = text_[offset];
-    return character == '-' || (character >= '0' && character <= '9');
+    return character == '-' || isDigit(character);
   }
 
-  double readDouble(ondemand::value& value, std::size_t offset) {
+  static double readDouble(ondemand::value& value) {
     double number = 0;
-    if (const auto error = value.get_double().get(number)) refuseNumber(error, offset);
+    take(value.get_double(), number);
     return number;
   }
 
   Block readNumber(ondemand::value& value) {
     const std::size_t offset = offsetOf(value);
-    return numberBlock(readDouble(value, offset), offset);
+    return numberBlock(readDouble(value), offset);
   }
 
   Block numberBlock(double rounded, std::size_t offset) {
@@ -270,8 +241,7 @@ class Reader {
         kind = BlockKind::UInt64;
         break;
       case NumberClass::None:
-        fail(offset, "expected an integer that a double, an int64 or a uint64 holds exactly, but found " +
-                         shorten(literal));
+        throw Refusal{"an integer is too large"};
     }
     stacks_.numbers.push_back(number.bits);
     return {kind, {}, stacks_.numbers.size() - 1, literal, nullptr};
@@ -311,7 +281,14 @@ class Reader {
 }  // namespace
 
 std::vector<Variable> readVariables(const PaddedText& content) {
-  return Reader(content.text()).read();
+  const std::string_view text = content.text();
+  try {
+    return Reader(text).read();
+  } catch (const Refusal& refusal) {
+    if (const auto fault = findFault(text)) throw FormatFailure(placeOf(text, fault->offset), fault->message);
+    throw FormatFailure(placeOf(text, text.size()),
+                        messages::UnexplainedRefusal(lx::text::toUtf16(refusal.reason)));
+  }
 }
 
 }  // namespace nd::adapters::json

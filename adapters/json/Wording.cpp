@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "adapters/json/CodePoint.h"
+#include "adapters/json/characters.h"
 #include "platform/host/ArrayText.h"
 
 namespace nd::adapters::json {
@@ -14,18 +15,10 @@ namespace {
 constexpr std::size_t widestWord = 20;
 constexpr std::size_t widestExcerpt = 60;
 
-bool isLetter(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
-
 std::string hexadecimal(unsigned value, int digits) {
   std::array<char, 16> buffer{};
   std::snprintf(buffer.data(), buffer.size(), "%0*X", digits, value);
   return buffer.data();
-}
-
-bool isWordCharacter(char character) {
-  return isLetter(character) || (character >= '0' && character <= '9') || character == '_';
 }
 
 std::string wordAt(std::string_view text, std::size_t offset) {

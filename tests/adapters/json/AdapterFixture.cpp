@@ -1,5 +1,7 @@
 #include "tests/adapters/json/AdapterFixture.h"
 
+#include <memory>
+
 #include "tests/adapters/json/arrays.h"
 
 using nd::data::adapter::AdapterDiagnostic;
@@ -51,6 +53,15 @@ ErrorState AdapterFixture::getData(const std::u16string& prevChecksum) {
       adapter_.getData(workspace_, container_.impl()->getMetaDataCacheMutable(), prevChecksum, handed);
   EXPECT_EQ(succeeded, error.getId() == AdapterDiagnostic::NoDiagnostic);
   return {error.getId(), error.errorMessage(), error.getAdapterName(), error.getSource()};
+}
+
+std::u16string AdapterFixture::sentenceOfGetData() {
+  AdapterError error = AdapterError::create(model_);
+  adapter_.getData(workspace_, container_.impl()->getMetaDataCacheMutable(), u"", error);
+  const auto destroy = [](ndsvDiagnosticImpl* diagnostic) { ndsvDestroyDiagnostic(diagnostic); };
+  const std::unique_ptr<ndsvDiagnosticImpl, decltype(destroy)> diagnostic(
+      AdapterError::convertAdapterErrorsToDiagnostic({error}), destroy);
+  return diagnostic ? ndsvFormatDiagnostic(diagnostic.get()) : std::u16string();
 }
 
 ContainerState AdapterFixture::state() const {

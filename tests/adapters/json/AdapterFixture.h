@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include <boost/smart_ptr/shared_ptr.hpp>
 #include <gtest/gtest.h>
 
 #include "adapters/json/JsonAdapter.h"
@@ -47,6 +50,9 @@ class AdapterFixture : public testing::Test {
 
   /// Read with the adapter into the container; gives what the error states afterwards.
   ErrorState getData(const std::u16string& prevChecksum = {});
+
+  /// Read likewise; gives what a person gets to see of the error.
+  std::u16string sentenceOfGetData();
 
   ContainerState state() const;
   const hvArray* variable(const std::string& name) const { return inGetValueFromWorkspace(name, workspace_); }

@@ -1,3 +1,7 @@
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "adapters/json/Block.h"

@@ -1,4 +1,7 @@
+#include <cstddef>
 #include <set>
+#include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 

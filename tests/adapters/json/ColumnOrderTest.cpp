@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "adapters/json/ColumnOrder.h"

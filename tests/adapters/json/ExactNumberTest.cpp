@@ -1,6 +1,8 @@
 #include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +13,7 @@ using nd::adapters::json::fitsInt64;
 using nd::adapters::json::fitsUInt64;
 using nd::adapters::json::holdsOnlyIntegers;
 using nd::adapters::json::isExactAsDouble;
+using nd::adapters::json::nearestDouble;
 using nd::adapters::json::NumberClass;
 using nd::adapters::json::numberLiteral;
 
@@ -114,4 +117,46 @@ TEST(IsExactAsDouble, TellsTheNeighboursOfAPowerOfTwoApart) {
   EXPECT_TRUE(isExactAsDouble(std::numeric_limits<std::int64_t>::min()));
   EXPECT_TRUE(isExactAsDouble(std::uint64_t{1} << 63));
   EXPECT_FALSE(isExactAsDouble(std::numeric_limits<std::uint64_t>::max()));
+}
+
+TEST(NearestDouble, RoundsToTheNearest) {
+  EXPECT_EQ(nearestDouble("0.1").value(), 0.1);
+  EXPECT_EQ(nearestDouble("-12.5e+1").value(), -125.0);
+  EXPECT_EQ(nearestDouble("9007199254740993").value(), 9007199254740992.0);
+  EXPECT_EQ(nearestDouble("1.7976931348623157E308").value(), std::numeric_limits<double>::max());
+  EXPECT_EQ(nearestDouble("4.9e-324").value(), std::numeric_limits<double>::denorm_min());
+}
+
+TEST(NearestDouble, IsNoneBeyondTheRange) {
+  const std::string zeros(400, '0');
+  const std::string literals[] = {"1.7976931348623159e308",
+                                  "1e309",
+                                  "-1e309",
+                                  "0.01e311",
+                                  "1" + zeros,
+                                  "1" + zeros + "." + zeros + "1e-50",
+                                  "0." + zeros + "1e999",
+                                  "12345678901e300",
+                                  "1e99999999999999999999"};
+  for (const std::string& literal : literals) EXPECT_FALSE(nearestDouble(literal)) << literal;
+}
+
+TEST(NearestDouble, IsZeroWithItsSignForWhatIsTooSmall) {
+  const std::string zeros(400, '0');
+  const std::string literals[] = {"0",
+                                  "0e999",
+                                  "0.0e99999999999999999999",
+                                  "1e-400",
+                                  "0." + zeros + "1",
+                                  "0." + zeros + "1e50",
+                                  "1" + zeros + "e-800",
+                                  "12345.6e-99999999999999999999"};
+  for (const std::string& literal : literals) {
+    const auto positive = nearestDouble(literal);
+    ASSERT_TRUE(positive) << literal;
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(*positive), std::bit_cast<std::uint64_t>(0.0)) << literal;
+    const auto negative = nearestDouble("-" + literal);
+    ASSERT_TRUE(negative) << literal;
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(*negative), std::bit_cast<std::uint64_t>(-0.0)) << literal;
+  }
 }

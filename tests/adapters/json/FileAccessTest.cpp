@@ -1,5 +1,9 @@
 #include <cerrno>
+#include <cstddef>
 #include <filesystem>
+#include <ostream>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -145,6 +149,14 @@ TEST(ReadFile, RefusesAFileBeyondTheLimitWithoutReadingIt) {
   std::filesystem::resize_file(path, maximumFileSize + 1);  // sparse: it takes no room
   EXPECT_EQ(failureOf([&] { readFile(path); }),
             (Failure{FileFailureKind::TooLarge, "The file is larger than 2048 MiB, the most that is read."}));
+}
+
+TEST(FileFailures, CarryTheMessageOfTheCatalogue) {
+  const FileFailure failure = fileFailure(EIO);
+  EXPECT_STREQ(failure.catalogue(), "json:messages");
+  EXPECT_STREQ(failure.key(), "UnreadableFile");
+  EXPECT_EQ(failure.arguments(), (std::vector<std::u16string>{u"Input/output error"}));
+  EXPECT_STREQ(failure.what(), "It can't be read: Input/output error.");
 }
 
 TEST(FileFailureKinds, FollowFromTheErrorNumber) {

@@ -1,4 +1,8 @@
+#include <cstddef>
 #include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -59,11 +63,13 @@ TEST_F(JsonAdapterFailures, NameAMissingPermission) {
   struct Forbidding : lx::services::ForwardingFileSystem {
     bool access(const std::u16string&, int) const override { return false; }
   };
-  const std::u16string source = write("a.json", "{}");
+  const std::u16string source = write("a.json", R"({"gain": 1})");
   const lx::services::FileSystem::Replacement forbidding(std::make_shared<Forbidding>());
   EXPECT_FALSE(adapter_.open(source));
   EXPECT_EQ(getData(),
             failure(AdapterDiagnostic::NoPermission, u"There is no permission to read it.", source));
+  EXPECT_EQ(adapter_.getCurrentChecksum(), u"");
+  EXPECT_FALSE(adapter_.hasData());
 }
 
 TEST_F(JsonAdapterFailures, NameWhatTheHostsFileSystemRaises) {
@@ -72,29 +78,37 @@ TEST_F(JsonAdapterFailures, NameWhatTheHostsFileSystemRaises) {
       throw std::filesystem::filesystem_error("", std::make_error_code(std::errc::permission_denied));
     }
   };
-  const std::u16string source = write("a.json", "{}");
+  const std::u16string source = write("a.json", R"({"gain": 1})");
   const lx::services::FileSystem::Replacement broken(std::make_shared<Broken>());
   EXPECT_FALSE(adapter_.open(source));
   EXPECT_EQ(getData(),
             failure(AdapterDiagnostic::NoPermission, u"There is no permission to read it.", source));
+  EXPECT_EQ(adapter_.getCurrentChecksum(), u"");
+  EXPECT_FALSE(adapter_.hasData());
 }
 
 TEST_F(JsonAdapterFailures, TakeNoOtherFileForOneWhoseNameCannotBe) {
-  write("a\xEF\xBF\xBD.json", "{}");  // what a lone surrogate becomes in UTF-8
+  write("a\xEF\xBF\xBD.json", R"({"gain": 1})");  // what a lone surrogate becomes in UTF-8
   const std::u16string loneSurrogate = sourceOf("a") + u'\xD800' + u".json";
-  EXPECT_FALSE(adapter_.open(loneSurrogate));
-  EXPECT_EQ(getData(), failure(AdapterDiagnostic::Inaccessible, u"There is no such file.", loneSurrogate));
-  const std::u16string withNul = write("b.json", "{}") + u'\0' + u".json";
-  EXPECT_FALSE(adapter_.open(withNul));
-  EXPECT_EQ(getData(), failure(AdapterDiagnostic::Inaccessible, u"There is no such file.", withNul));
+  const std::u16string withNul = write("b.json", R"({"gain": 1})") + u'\0' + u".json";
+  for (const std::u16string& source : {loneSurrogate, withNul}) {
+    EXPECT_FALSE(adapter_.isSourceValid(source));
+    EXPECT_FALSE(adapter_.open(source));
+    EXPECT_EQ(getData(), failure(AdapterDiagnostic::Inaccessible, u"There is no such file.", source));
+    EXPECT_EQ(adapter_.getCurrentChecksum(), u"");
+    EXPECT_FALSE(adapter_.hasData());
+  }
 }
 
 TEST_F(JsonAdapterFailures, NameAFileThatIsTooLarge) {
   const std::u16string source = write("a.json", "{}");
   std::filesystem::resize_file(folder_.path("a.json"), nd::adapters::json::maximumFileSize + 1);
   EXPECT_TRUE(adapter_.open(source));
-  EXPECT_EQ(getData(), failure(AdapterDiagnostic::Unsupported,
+  EXPECT_EQ(getData(), failure(AdapterDiagnostic::GenericFailure,
                                u"The file is larger than 2048 MiB, the most that is read.", source));
+  EXPECT_EQ(sentenceOfGetData(), u"The source \"" + source +
+                                     u"\" could not be used. The file is larger than 2048 MiB, the most that "
+                                     u"is read.");
 }
 
 TEST_F(JsonAdapterFailures, NameThePlaceInAnIllFormedText) {

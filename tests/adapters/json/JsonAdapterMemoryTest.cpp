@@ -1,9 +1,10 @@
+#include <cstddef>
 #include <new>
 
 #include <gtest/gtest.h>
 
 #include "tests/adapters/json/AdapterFixture.h"
-#include "tests/platform/host/FailingAllocation.h"
+#include "tests/support/FailingAllocation.h"
 
 namespace {
 

@@ -1,4 +1,8 @@
 #include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,7 @@
+#include <cstddef>
+#include <memory>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "adapters/json/MemberNames.h"

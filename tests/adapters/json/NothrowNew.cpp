@@ -2,6 +2,7 @@
 // parser allocates by them. The standard library's do the same, but those of the address sanitizer go their
 // own way.
 
+#include <cstddef>
 #include <new>
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <string_view>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,7 @@
+#include <cstddef>
 #include <random>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "adapters/json/Limits.h"

@@ -1,12 +1,15 @@
 #include <algorithm>
+#include <cstddef>
 #include <new>
+#include <string_view>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "adapters/json/FormatFailure.h"
 #include "adapters/json/Reader.h"
 #include "platform/host/ArrayComparison.h"
-#include "tests/platform/host/FailingAllocation.h"
+#include "tests/support/FailingAllocation.h"
 
 using nd::adapters::json::PaddedText;
 using nd::adapters::json::readVariables;

@@ -1,3 +1,7 @@
+#include <cstddef>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "adapters/json/Reader.h"

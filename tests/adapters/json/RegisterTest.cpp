@@ -1,4 +1,7 @@
+#include <string>
+
 #include <boost/uuid/nil_generator.hpp>
+#include <boost/uuid/random_generator.hpp>
 #include <gtest/gtest.h>
 
 #include "adapters/json/register.h"
@@ -39,6 +42,29 @@ TEST_F(RegisteredJsonAdapter, ServesTheBroker) {
   EXPECT_EQ(AdapterManagerV2::getChecksum(source, u"JSON").size(), 32U);
   EXPECT_TRUE(AdapterManagerV2::getExternalSources(source, u"JSON").empty());
   EXPECT_TRUE(AdapterManagerV2::closeSource(source, u"JSON", observer));
+}
+
+TEST_F(RegisteredJsonAdapter, ReadsAsTheManualShows) {
+  AdapterManagerV2::unregisterAdapterByName(u"JSON");
+  const std::u16string source = write("vehicle.json", R"({"gain": [1, 2]})");
+
+  // [reading]
+  nd::adapters::registerJsonAdapter();
+
+  const auto model = lx::base::Model::create();
+  const auto container = nd::data::adapter::DataContainer::create(model);
+  container.setDataCache(inCreateWorkspace(100));
+  const auto observer = boost::uuids::random_generator()();
+
+  AdapterManagerV2::openSource(source, u"JSON", observer);
+  const AdapterError error = AdapterManagerV2::getData(source, u"JSON", container, u"", model);
+  const hvArray* const gain = inGetValueFromWorkspace("gain", container.dataCache());
+  // [/reading]
+
+  EXPECT_EQ(error.getId(), AdapterDiagnostic::NoDiagnostic) << lx::text::toUtf8(error.errorMessage());
+  EXPECT_TRUE(hvEqual(gain, arrays::doubles({1, 2}, {1, 2}).get()));
+  EXPECT_TRUE(AdapterManagerV2::closeSource(source, u"JSON", observer));
+  inClearArraysInDesiredWS(container.dataCache());
 }
 
 TEST_F(RegisteredJsonAdapter, SaysThroughTheBrokerWhyASourceCouldNotBeOpened) {

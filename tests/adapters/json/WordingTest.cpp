@@ -1,3 +1,6 @@
+#include <string>
+#include <string_view>
+
 #include <gtest/gtest.h>
 
 #include "adapters/json/Wording.h"

@@ -1,4 +1,8 @@
+#include <cstddef>
+#include <memory>
 #include <new>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -6,7 +10,7 @@
 #include "platform/host/ArrayComparison.h"
 #include "platform/host/Workspace.h"
 #include "tests/adapters/json/arrays.h"
-#include "tests/platform/host/FailingAllocation.h"
+#include "tests/support/FailingAllocation.h"
 
 using nd::adapters::json::Variable;
 using nd::adapters::json::WorkspaceReplacement;

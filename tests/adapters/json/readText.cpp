@@ -1,5 +1,7 @@
 #include "tests/adapters/json/readText.h"
 
+#include <utility>
+
 #include "adapters/json/FormatFailure.h"
 #include "platform/host/ArrayComparison.h"
 #include "platform/host/ArrayText.h"

@@ -1,10 +1,15 @@
+#include <cstddef>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "adapters/json/Limits.h"
-#include "adapters/json/SyntaxCheck.h"
+#include "adapters/json/TextCheck.h"
 
-using nd::adapters::json::findSyntaxFault;
+using nd::adapters::json::findFault;
 using nd::adapters::json::maximumDepth;
+using nd::adapters::json::maximumVariableNameLength;
 
 namespace {
 
@@ -19,10 +24,10 @@ constexpr const char* aValue =
 
 void expectFaults(const std::vector<Case>& cases) {
   for (const auto& [text, offset, words] : cases) {
-    const auto fault = findSyntaxFault(text);
+    const auto fault = findFault(text);
     ASSERT_TRUE(fault) << text;
     EXPECT_EQ(fault->offset, offset) << text;
-    EXPECT_EQ(fault->words, words) << text;
+    EXPECT_EQ(fault->message.what(), words) << text;
   }
 }
 
@@ -32,25 +37,25 @@ std::string nested(std::size_t depth) {
 
 }  // namespace
 
-TEST(FindSyntaxFault, FindsNoneInWellFormedTexts) {
+TEST(FindFault, FindsNoneInWellFormedTexts) {
   const std::string texts[] = {
       "{}",
       " \t\r\n{ } \t\r\n",
       R"({"a":1})",
-      R"({"a":1,"a":2})",
+      R"({"a":{"a":1},"b":[{"a":1},{"a":2}],"A":3})",
       R"({"a":{},"b":[],"c":[[],{}]})",
-      R"({"a":[0,-0,1,-1,10,0.5,-0.5e1,1E+2,1e-2,123456789012345678901234567890,1e999]})",
+      R"({"a":[0,-0,1,-1,10,0.5,-0.5e1,1E+2,1e-2,18446744073709551615,-9223372036854775808,1e308,1e-999]})",
       R"({"a":[true,false,null]})",
-      R"({"\"\\\/\b\f\n\r\t\u0000\u00e4\uD83D\uDE00":""})",
-      "{\"\xC3\xA4\":\"\xE2\x82\xAC \xF0\x9F\x98\x80 \x7F\"}",
+      R"({"o":{"\"\\\/\b\f\n\r\t\u0000\u00e4\uD83D\uDE00":""}})",
+      "{\"o\":{\"\xC3\xA4\":\"\xE2\x82\xAC \xF0\x9F\x98\x80 \x7F\"}}",
   };
   for (const std::string& text : texts) {
-    const auto fault = findSyntaxFault(text);
-    EXPECT_FALSE(fault) << text << ": " << (fault ? fault->words : "");
+    const auto fault = findFault(text);
+    EXPECT_FALSE(fault) << text << ": " << (fault ? fault->message.what() : "");
   }
 }
 
-TEST(FindSyntaxFault, WantsAnObjectAtTheTop) {
+TEST(FindFault, WantsAnObjectAtTheTop) {
   const std::string expected =
       "expected '{' at the beginning of the object that holds the variables, but found ";
   expectFaults({{"", 0, expected + "the end of the text"},
@@ -62,7 +67,7 @@ TEST(FindSyntaxFault, WantsAnObjectAtTheTop) {
                 {"\xFF\xFE{", 0, expected + "the byte 0xFF, which is not UTF-8 here"}});
 }
 
-TEST(FindSyntaxFault, WantsNothingBehindTheObject) {
+TEST(FindFault, WantsNothingBehindTheObject) {
   const std::string expected =
       "expected the end of the text behind the object that holds the variables, but found ";
   expectFaults({{"{}x", 2, expected + "'x'"},
@@ -72,7 +77,7 @@ TEST(FindSyntaxFault, WantsNothingBehindTheObject) {
                 {std::string("{}\0", 3), 2, expected + "U+0000"}});
 }
 
-TEST(FindSyntaxFault, WantsNamesInDoubleQuotes) {
+TEST(FindFault, WantsNamesInDoubleQuotes) {
   expectFaults(
       {{"{a:1}", 1, "expected a member's name in double quotes or '}', but found 'a'"},
        {"{'a':1}", 1, "expected a member's name in double quotes or '}', but found a single quote"},
@@ -84,14 +89,14 @@ TEST(FindSyntaxFault, WantsNamesInDoubleQuotes) {
        {R"({"a":1, b:2})", 8, "expected a member's name in double quotes behind ',', but found 'b'"}});
 }
 
-TEST(FindSyntaxFault, WantsAColonBehindAName) {
+TEST(FindFault, WantsAColonBehindAName) {
   expectFaults({{R"({"a" 1})", 5, "expected ':' behind the member's name, but found '1'"},
                 {R"({"a"})", 4, "expected ':' behind the member's name, but found '}'"},
                 {R"({"a","b"})", 4, "expected ':' behind the member's name, but found ','"},
                 {R"({"a")", 4, "expected ':' behind the member's name, but found the end of the text"}});
 }
 
-TEST(FindSyntaxFault, WantsAValue) {
+TEST(FindFault, WantsAValue) {
   expectFaults({{R"({"a":})", 5, std::string(aValue) + ", but found '}'"},
                 {R"({"a":,})", 5, std::string(aValue) + ", but found ','"},
                 {R"({"a": )", 6, std::string(aValue) + ", but found the end of the text"},
@@ -109,7 +114,7 @@ TEST(FindSyntaxFault, WantsAValue) {
                 {R"({"a":[1,]})", 8, std::string(aValue) + ", but found ']'"}});
 }
 
-TEST(FindSyntaxFault, WantsACommaOrTheEndBehindAValue) {
+TEST(FindFault, WantsACommaOrTheEndBehindAValue) {
   expectFaults(
       {{R"({"a":1 "b":2})", 7, "expected ',' or '}' behind the member's value, but found '\"'"},
        {R"({"a":1])", 6, "expected ',' or '}' behind the member's value, but found ']'"},
@@ -121,7 +126,7 @@ TEST(FindSyntaxFault, WantsACommaOrTheEndBehindAValue) {
        {R"({"a":1 // x)", 7, "expected ',' or '}' behind the member's value, but found '/'"}});
 }
 
-TEST(FindSyntaxFault, KnowsTheGrammarOfNumbers) {
+TEST(FindFault, KnowsTheGrammarOfNumbers) {
   expectFaults({{R"({"a":-})", 6, "expected a digit behind the minus sign, but found '}'"},
                 {R"({"a":-x})", 6, "expected a digit behind the minus sign, but found 'x'"},
                 {R"({"a":--1})", 6, "expected a digit behind the minus sign, but found '-'"},
@@ -136,7 +141,7 @@ TEST(FindSyntaxFault, KnowsTheGrammarOfNumbers) {
                 {R"({"a":1.5.2})", 8, "expected ',' or '}' behind the member's value, but found '.'"}});
 }
 
-TEST(FindSyntaxFault, WantsStringsToEnd) {
+TEST(FindFault, WantsStringsToEnd) {
   expectFaults({{R"({"a":"b)", 7,
                  "expected '\"' at the end of the string that begins in line 1, column 6, but found the end "
                  "of the text"},
@@ -148,7 +153,7 @@ TEST(FindSyntaxFault, WantsStringsToEnd) {
                  "of the text"}});
 }
 
-TEST(FindSyntaxFault, WantsControlCharactersEscaped) {
+TEST(FindFault, WantsControlCharactersEscaped) {
   const std::string expected =
       "expected an escape such as \\n in place of a control character, or the end of the string, but found ";
   expectFaults({{"{\"a\":\"b\nc\"}", 7, expected + "a line break"},
@@ -157,7 +162,7 @@ TEST(FindSyntaxFault, WantsControlCharactersEscaped) {
                 {std::string("{\"a\":\"\0\"}", 9), 6, expected + "U+0000"}});
 }
 
-TEST(FindSyntaxFault, KnowsTheEscapes) {
+TEST(FindFault, KnowsTheEscapes) {
   expectFaults(
       {{R"({"a":"\x"})", 7, "expected one of \" \\ / b f n r t u behind '\\', but found 'x'"},
        {R"({"a":"\)", 7, "expected one of \" \\ / b f n r t u behind '\\', but found the end of the text"},
@@ -166,7 +171,7 @@ TEST(FindSyntaxFault, KnowsTheEscapes) {
        {R"({"a":"\u)", 8, "expected four hexadecimal digits behind '\\u', but found the end of the text"}});
 }
 
-TEST(FindSyntaxFault, WantsSurrogatesInPairs) {
+TEST(FindFault, WantsSurrogatesInPairs) {
   const std::string second = "expected the second half of a surrogate pair behind ";
   const std::string first = "expected the first half of a surrogate pair ahead of ";
   expectFaults(
@@ -180,7 +185,7 @@ TEST(FindSyntaxFault, WantsSurrogatesInPairs) {
        {R"({"a":"\ud800\u12"})", 16, "expected four hexadecimal digits behind '\\u', but found '\"'"}});
 }
 
-TEST(FindSyntaxFault, WantsWellFormedUtf8) {
+TEST(FindFault, WantsWellFormedUtf8) {
   const auto words = [](const std::string& byte) {
     return "expected well-formed UTF-8, but found the byte " + byte + ", which is not UTF-8 here";
   };
@@ -192,19 +197,67 @@ TEST(FindSyntaxFault, WantsWellFormedUtf8) {
                 {"{\"a\":\"\xF4\x90\x80\x80\"}", 6, words("0xF4")}});
 }
 
-TEST(FindSyntaxFault, TakesEveryLevelUpToTheLimit) {
-  EXPECT_FALSE(findSyntaxFault(nested(maximumDepth)));
+TEST(FindFault, TakesEveryLevelUpToTheLimit) {
+  EXPECT_FALSE(findFault(nested(maximumDepth)));
 }
 
-TEST(FindSyntaxFault, RefusesOneLevelMore) {
-  const auto fault = findSyntaxFault(nested(maximumDepth + 1));
+TEST(FindFault, RefusesOneLevelMore) {
+  const auto fault = findFault(nested(maximumDepth + 1));
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->offset, 5 + maximumDepth - 1);
-  EXPECT_EQ(fault->words, "expected at most 256 levels of objects and arrays, but found '['");
+  EXPECT_STREQ(fault->message.what(), "expected at most 256 levels of objects and arrays, but found '['");
 }
 
-TEST(FindSyntaxFault, CountsLevelsAndNotContainers) {
+TEST(FindFault, CountsLevelsAndNotContainers) {
   std::string text = R"({"a":[)";
   for (std::size_t index = 0; index < 2 * maximumDepth; ++index) text += "[],{},";
-  EXPECT_FALSE(findSyntaxFault(text + "1]}"));
+  EXPECT_FALSE(findFault(text + "1]}"));
+}
+
+TEST(FindFault, WantsNumbersThatAClassHolds) {
+  const std::string range = "expected a number within the range of a double, but found ";
+  const std::string integer =
+      "expected an integer that a double, an int64 or a uint64 holds exactly, but found ";
+  expectFaults({{R"({"a":1e309})", 5, range + "1e309"},
+                {R"({"a":[1,-0.1E+310]})", 8, range + "-0.1E+310"},
+                {"{\"a\":1" + std::string(400, '0') + "}", 5, range + "1" + std::string(58, '0') + "…"},
+                {R"({"a":1e99999999999999999999})", 5, range + "1e99999999999999999999"},
+                {R"({"a":18446744073709551617})", 5, integer + "18446744073709551617"},
+                {R"({"a":{"b":-9223372036854775809}})", 10, integer + "-9223372036854775809"}});
+}
+
+TEST(FindFault, WantsANameOnceInAnObject) {
+  const auto words = [](const std::string& name, const std::string& place) {
+    return "expected a name that the object doesn't have yet, but found \"" + name +
+           "\", which it has from " + place;
+  };
+  expectFaults({{R"({"a":1,"a":2})", 7, words("a", "line 1, column 2")},
+                {R"({"o":{"":1,"":2}})", 11, words("", "line 1, column 7")},
+                {R"({"ab":1,"\u0061\u0062":2})", 8, words("ab", "line 1, column 2")},
+                {R"({"o":{"\t\"":1,"\u0009\u0022":2}})", 15, words("\\t\"", "line 1, column 7")},
+                {"{\"o\":{\"\\ud83d\\ude00\":1,\n\"\xF0\x9F\x98\x80\":2}}", 24,
+                 words("\xF0\x9F\x98\x80", "line 1, column 7")}});
+}
+
+TEST(FindFault, WantsNamesOfVariablesAtTheTopOnly) {
+  const std::string words =
+      "expected the name of a variable (a letter, then letters, digits and underscores), but found ";
+  expectFaults({{R"({"":1})", 1, words + R"("")"},
+                {R"({"a":1,"2b":1})", 7, words + R"("2b")"},
+                {R"({"\u0061\u002d":1})", 1, words + R"("a-")"}});
+  EXPECT_FALSE(findFault(R"({"a_1":{"":1,"2b":1,"a-":1}})"));
+}
+
+TEST(FindFault, WantsNamesOfVariablesUpToTheLimit) {
+  const std::string name(maximumVariableNameLength, 'n');
+  EXPECT_FALSE(findFault("{\"" + name + "\":1}"));
+  expectFaults({{"{\"" + name + "n\":1}", 1,
+                 "expected a variable's name of at most 4096 characters, but found 4097"}});
+}
+
+TEST(FindFault, FindsTheFirstOfTwo) {
+  expectFaults(
+      {{"{\"a\":1e400,\"b\":\"\xFF\"}", 5, "expected a number within the range of a double, but found 1e400"},
+       {"{\"b\":\"\xFF\",\"a\":1e400}", 6,
+        "expected well-formed UTF-8, but found the byte 0xFF, which is not UTF-8 here"}});
 }
