@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <memory>
 
+#include <fmt/format.h>
+
 #include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/AdapterManagerV2.h"
-#include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "nd_data_adapter/model/URIOperations.h"
 #include "platform/host/Workspace.h"
 #include "platform/services/Diagnostic.h"
@@ -13,6 +14,7 @@
 #include "tools/ndx/Failure.h"
 #include "tools/ndx/nearNames.h"
 #include "tools/ndx/quote.h"
+#include "tools/ndx/registeredAdapters.h"
 
 namespace nd::tools {
 namespace {
@@ -23,44 +25,32 @@ using nd::data::adapter::AdapterConfig;
 using nd::data::adapter::AdapterDiagnostic;
 using nd::data::adapter::AdapterError;
 using nd::data::adapter::AdapterManagerV2;
-using nd::data::adapter::AdapterRegistryV2;
 using nd::data::adapter::DataContainer;
 using ndx::broker::URIOperations;
 
 constexpr std::size_t UsualNumberOfVariables = 100;
-
-std::vector<std::string> sectionsThatRead(const SourceFacts& facts) {
-  std::vector<std::string> result;
-  for (const AdapterConfig& adapter : facts.adapters) {
-    if (adapter.supportsReading()) result.push_back(toUtf8(adapter.section()));
-  }
-  return result;
-}
 
 /// Say of each adapter why it doesn't read the source.
 std::vector<std::string> whyNoneReads(const SourceName& name, const SourceFacts& facts) {
   std::vector<std::string> hints;
   const std::string extension = toUtf8(URIOperations::getExtension(toUtf16(name.source)));
   std::vector<std::string> known;
-  for (const std::u16string& line : AdapterRegistryV2::getInstance().getDisplayList()) {
-    const std::string shown = toUtf8(line);
-    const std::string claimed = shown.substr(0, shown.find(" : "));
-    const std::string adapter = shown.substr(shown.find(" : ") + 3);
-    known.push_back(claimed);
+  for (const RegisteredAdapter& adapter : registeredAdapters()) {
+    known.insert(known.end(), adapter.extensions.begin(), adapter.extensions.end());
     if (facts.adapters.empty()) {
-      hints.push_back("The adapter " + quote(adapter) + " was tried: it reads " + quote(claimed) +
-                      " and not " + (extension.empty() ? "names without extension" : quote("." + extension)) +
-                      ".");
+      hints.push_back(fmt::format("The adapter {} was tried: it reads {} and not {}.", quote(adapter.name),
+                                  quoteAll(adapter.extensions),
+                                  extension.empty() ? "names without extension" : quote("." + extension)));
     }
   }
   if (known.empty()) hints.emplace_back("No adapter is registered; load one with --load MODULE.");
   for (const std::string& near : nearNames("." + extension, known, 1)) {
     if (facts.adapters.empty())
-      hints.push_back("Did you mean a file with the extension " + quote(near) + "?");
+      hints.push_back(fmt::format("Did you mean a file with the extension {}?", quote(near)));
   }
   for (const AdapterConfig& adapter : facts.adapters) {
-    hints.push_back("The adapter " + quote(adapter.adapterName()) +
-                    " claims the extension and doesn't read this source.");
+    hints.push_back(fmt::format("The adapter {} claims the extension and doesn't read this source.",
+                                quote(adapter.adapterName())));
   }
   for (const std::string& hint : hintsForPath(name.source)) hints.push_back(hint);
   return hints;
@@ -72,30 +62,41 @@ SourceFacts factsOf(const SourceName& name) {
   const std::vector<std::string> hints = hintsForTag(name.source);
   const bool namesAnotherFile = !hints.empty() && AdapterManagerV2::doesSourceExist(toUtf16(name.source));
   if (namesAnotherFile) {
-    throw Failure(ExitStatus::WrongUsage, quote(name.source) + " can mean two files", hints);
+    throw Failure(ExitStatus::WrongUsage, fmt::format("{} can mean two files", quote(name.source)), hints);
   }
   SourceFacts facts{lx::base::Model::create(), {}};
   facts.adapters = AdapterManagerV2::getAdapterConfig(toUtf16(name.source), facts.model);
   return facts;
 }
 
+std::vector<std::string> sectionsThatRead(const SourceFacts& facts) {
+  std::vector<std::string> result;
+  for (const AdapterConfig& adapter : facts.adapters) {
+    if (adapter.supportsReading()) result.push_back(toUtf8(adapter.section()));
+  }
+  return result;
+}
+
 std::string chooseSection(const SourceName& name, const SourceFacts& facts) {
   const std::vector<std::string> sections = sectionsThatRead(facts);
   if (sections.empty()) {
-    throw Failure(ExitStatus::NoAdapter, "no adapter reads " + quote(name.source), whyNoneReads(name, facts));
+    throw Failure(ExitStatus::NoAdapter, fmt::format("no adapter reads {}", quote(name.source)),
+                  whyNoneReads(name, facts));
   }
   if (name.section) {
     if (std::find(sections.begin(), sections.end(), *name.section) != sections.end()) return *name.section;
-    std::vector<std::string> hints{"Its sections are " + quoteAll(sections) + "."};
+    std::vector<std::string> hints{fmt::format("Its sections are {}.", quoteAll(sections))};
     for (const std::string& near : nearNames(*name.section, sections, 1))
-      hints.push_back("Did you mean " + quote(near) + "?");
-    throw Failure(ExitStatus::NoAdapter,
-                  "no adapter reads the section " + quote(*name.section) + " of " + quote(name.source),
-                  hints);
+      hints.push_back(fmt::format("Did you mean {}?", quote(near)));
+    throw Failure(
+        ExitStatus::NoAdapter,
+        fmt::format("no adapter reads the section {} of {}", quote(*name.section), quote(name.source)),
+        hints);
   }
   if (sections.size() > 1) {
-    throw Failure(ExitStatus::WrongUsage, count(sections.size(), "adapter") + " read " + quote(name.source),
-                  {"Choose one with --section; the sections are " + quoteAll(sections) + "."});
+    throw Failure(ExitStatus::WrongUsage,
+                  fmt::format("{} read {}", count(sections.size(), "adapter"), quote(name.source)),
+                  {fmt::format("Choose one with --section; the sections are {}.", quoteAll(sections))});
   }
   return sections.front();
 }

@@ -26,6 +26,9 @@ struct SourceFacts {
 /// of the whole name behind another one.
 SourceFacts factsOf(const SourceName& name);
 
+/// List the sections of those adapters that read the source.
+std::vector<std::string> sectionsThatRead(const SourceFacts& facts);
+
 /// Choose the section to read. Raises Failure: NoAdapter if no adapter reads the source, or not this section;
 /// WrongUsage if several do and none was named.
 std::string chooseSection(const SourceName& name, const SourceFacts& facts);

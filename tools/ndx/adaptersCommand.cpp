@@ -1,49 +1,39 @@
-#include <map>
+#include <fmt/format.h>
 
-#include "nd_data_adapter/broker/CPPAdapterV2.h"
-#include "nd_data_adapter/model/AdapterRegistryV2.h"
-#include "platform/text/Convert.h"
+#include "tools/ndx/Failure.h"
 #include "tools/ndx/JsonWriter.h"
 #include "tools/ndx/Table.h"
 #include "tools/ndx/commands.h"
 #include "tools/ndx/quote.h"
+#include "tools/ndx/registeredAdapters.h"
 
 namespace nd::tools {
 namespace {
 
-using lx::text::toUtf8;
-using nd::data::adapter::AdapterRegistryV2;
-
-struct Listed {
-  std::string name;
-  std::string section;
-  std::vector<std::string> extensions;
-};
-
-std::vector<Listed> listed() {
-  const AdapterRegistryV2 registry = AdapterRegistryV2::getInstance();
-  std::vector<Listed> result;
-  for (const std::u16string& name : registry.getAllAdapterNames()) {
-    const std::shared_ptr<CPPAdapterV2> adapter = registry.getCPPAdapterForStaticUse(name);
-    if (!adapter) continue;
-    Listed each{toUtf8(name), toUtf8(adapter->getSectionName()), {}};
-    for (const std::u16string& extension : adapter->getSupportedExtensions()) {
-      each.extensions.push_back(toUtf8(extension));
-    }
-    result.push_back(std::move(each));
-  }
-  return result;
+std::vector<std::string> sectionsOf(const std::vector<RegisteredAdapter>& adapters) {
+  std::vector<std::string> sections;
+  sections.reserve(adapters.size());
+  for (const RegisteredAdapter& adapter : adapters) sections.push_back(adapter.section);
+  return sections;
 }
 
 }  // namespace
 
-void showAdapters(bool asJson, Output& out) {
-  const std::vector<Listed> adapters = listed();
+void showAdapters(const std::optional<std::string>& section, bool asJson, Output& out) {
+  std::vector<RegisteredAdapter> adapters = registeredAdapters();
+  if (section) {
+    const std::vector<std::string> sections = sectionsOf(adapters);
+    std::erase_if(adapters, [&](const RegisteredAdapter& adapter) { return adapter.section != *section; });
+    if (adapters.empty()) {
+      throw Failure(ExitStatus::NoAdapter, fmt::format("no adapter is for the section {}", quote(*section)),
+                    {fmt::format("The sections are {}.", quoteAll(sections))});
+    }
+  }
   if (asJson) {
     JsonWriter json(out);
     json.beginObject();
     json.key("adapters").beginArray();
-    for (const Listed& adapter : adapters) {
+    for (const RegisteredAdapter& adapter : adapters) {
       json.beginObject();
       json.key("name").text(adapter.name);
       json.key("section").text(adapter.section);
@@ -58,7 +48,7 @@ void showAdapters(bool asJson, Output& out) {
     return;
   }
   Table table({{"NAME"}, {"SECTION"}, {"EXTENSIONS"}});
-  for (const Listed& adapter : adapters)
+  for (const RegisteredAdapter& adapter : adapters)
     table.addRow({adapter.name, adapter.section, join(adapter.extensions, " ")});
   table.print(out);
 }

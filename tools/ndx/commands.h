@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,10 +12,11 @@ namespace nd::tools {
 /// The commands of the tool. Each writes to `out`, for people or, if `asJson`, for programs; docs/ndx.md
 /// tells the forms. They raise Failure.
 
-/// List the registered adapters.
-void showAdapters(bool asJson, Output& out);
+/// List the registered adapters, or those for one section; NoAdapter if there is none for it.
+void showAdapters(const std::optional<std::string>& section, bool asJson, Output& out);
 
-/// Tell what is known of a source. What stands before its reading fails is written all the same.
+/// Tell what is known of a source. What stands before its reading fails is written all the same. If several
+/// adapters read it and no section is named, it is not read, and they are listed.
 void showInfo(const SourceName& name, bool asJson, Output& out);
 
 /// List the variables of a source.

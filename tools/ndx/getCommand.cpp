@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include "platform/host/ArrayText.h"
 #include "platform/host/Workspace.h"
 #include "tools/ndx/Failure.h"
@@ -20,11 +22,13 @@ void checkNames(const Source& source, const SourceName& name, const std::vector<
     missing.push_back(variable);
     const std::vector<std::string> near = nearNames(variable, known);
     if (!near.empty())
-      hints.push_back("Instead of " + quote(variable) + ", did you mean " + quoteAll(near) + "?");
+      hints.push_back(fmt::format("Instead of {}, did you mean {}?", quote(variable), quoteAll(near)));
   }
   if (missing.empty()) return;
-  hints.push_back("ndx ls " + shellWord(name.source) + " lists " + count(known.size(), "variable") + ".");
-  throw Failure(ExitStatus::NoVariable, quote(name.source) + " has no variable " + quoteAll(missing), hints);
+  hints.push_back(
+      fmt::format("ndx ls {} lists {}.", shellWord(name.source), count(known.size(), "variable")));
+  throw Failure(ExitStatus::NoVariable,
+                fmt::format("{} has no variable {}", quote(name.source), quoteAll(missing)), hints);
 }
 
 }  // namespace

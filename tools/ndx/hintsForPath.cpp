@@ -1,6 +1,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include <fmt/format.h>
+
 #include "nd_data_adapter/model/URIOperations.h"
 #include "platform/text/Convert.h"
 #include "tools/ndx/Source.h"
@@ -29,8 +31,10 @@ std::vector<std::string> hintsForTag(const std::string& source) {
   std::error_code failed;
   const std::string path = lx::text::toUtf8(ndx::broker::URIOperations::removeTag(lx::text::toUtf16(source)));
   if (path == source || !fs::exists(source, failed)) return {};
-  return {"There is a file " + quote(source) + ", but what stands behind " + quote(path) +
-          " is taken as a tag. Give the file a name without #, or make a link to it that has one."};
+  return {fmt::format(
+      "There is a file {}, but what stands behind {} is taken as a tag. Give the file a name without #, or "
+      "make a link to it that has one.",
+      quote(source), quote(path))};
 }
 
 std::vector<std::string> hintsForPath(const std::string& source) {
@@ -39,14 +43,14 @@ std::vector<std::string> hintsForPath(const std::string& source) {
   std::error_code failed;
   const std::string path = lx::text::toUtf8(ndx::broker::URIOperations::removeTag(lx::text::toUtf16(source)));
   if (fs::is_directory(path, failed)) {
-    hints.push_back(quote(path) + " is a folder; name a file in it.");
+    hints.push_back(fmt::format("{} is a folder; name a file in it.", quote(path)));
     return hints;
   }
   if (fs::exists(path, failed)) return hints;
-  hints.push_back("There is no file " + quote(path) + ".");
+  hints.push_back(fmt::format("There is no file {}.", quote(path)));
   const fs::path asPath(path);
   for (const std::string& near : nearNames(asPath.filename().string(), namesIn(asPath.parent_path()))) {
-    hints.push_back("Did you mean " + quote((asPath.parent_path() / near).string()) + "?");
+    hints.push_back(fmt::format("Did you mean {}?", quote((asPath.parent_path() / near).string())));
   }
   return hints;
 }

@@ -36,6 +36,12 @@ struct Found {
   std::size_t variables = 0;
 };
 
+Found find(const SourceName& name, const SourceFacts& facts) {
+  const Source source(name, facts);
+  return {source.section(), source.checksum(), source.externalSources(),
+          inGetNumberOfVariables(source.variables())};
+}
+
 void writeJson(const SourceName& name, const SourceFacts& facts, const std::optional<Found>& found,
                Output& out) {
   JsonWriter json(out);
@@ -96,12 +102,11 @@ void writeText(const SourceName& name, const SourceFacts& facts, const std::opti
 
 void showInfo(const SourceName& name, bool asJson, Output& out) {
   const SourceFacts facts = factsOf(name);
+  const bool isSectionOpen = !name.section && sectionsThatRead(facts).size() > 1;
   std::optional<Found> found;
   std::optional<Failure> failure;
   try {
-    const Source source(name, facts);
-    found = Found{source.section(), source.checksum(), source.externalSources(),
-                  inGetNumberOfVariables(source.variables())};
+    if (!isSectionOpen) found = find(name, facts);
   } catch (const Failure& why) {
     failure = why;
   }

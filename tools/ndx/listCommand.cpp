@@ -1,8 +1,10 @@
+#include <fmt/format.h>
+
+#include "platform/host/ArrayComparison.h"
 #include "platform/host/ArrayText.h"
 #include "platform/host/Workspace.h"
 #include "tools/ndx/JsonWriter.h"
 #include "tools/ndx/Table.h"
-#include "tools/ndx/byteSize.h"
 #include "tools/ndx/commands.h"
 #include "tools/ndx/quote.h"
 #include "tools/ndx/writeValue.h"
@@ -10,7 +12,7 @@
 namespace nd::tools {
 namespace {
 
-constexpr std::size_t PreviewWidth = 60;
+constexpr std::size_t PreviewWidthInJson = 60;
 
 /// Give the sizes along all dimensions: "3x4".
 std::string sizeOf(const hvArray* value) {
@@ -37,8 +39,8 @@ void listVariables(const SourceName& name, bool asJson, Output& out) {
       json.key("class").text(hvGetClassName(value));
       json.key("size");
       writeSize(json, value);
-      json.key("bytes").number(std::uint64_t{byteSize(value)});
-      json.key("preview").text(hvPreview(value, PreviewWidth));
+      json.key("bytes").number(std::uint64_t{hvGetByteSize(value)});
+      json.key("preview").text(hvPreview(value, PreviewWidthInJson));
       json.endObject();
     }
     json.endArray();
@@ -54,13 +56,13 @@ void listVariables(const SourceName& name, bool asJson, Output& out) {
                {"PREVIEW", Table::Alignment::Cut}});
   for (const std::string& each : names) {
     const hvArray* const value = inGetValueFromWorkspace(each, source.variables());
-    const std::size_t bytes = byteSize(value);
+    const std::size_t bytes = hvGetByteSize(value);
     total += bytes;
     table.addRow({each, std::string(hvGetClassName(value)), sizeOf(value), std::to_string(bytes),
-                  hvPreview(value, PreviewWidth)});
+                  hvPreview(value, out.look().width)});
   }
   table.print(out);
-  out.write(count(names.size(), "variable") + ", " + count(total, "byte") + "\n");
+  out.write(fmt::format("{}, {}\n", count(names.size(), "variable"), count(total, "byte")));
 }
 
 }  // namespace nd::tools

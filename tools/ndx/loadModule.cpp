@@ -1,4 +1,5 @@
 #include <dlfcn.h>
+#include <fmt/format.h>
 
 #include "tools/ndx/Failure.h"
 #include "tools/ndx/commands.h"
@@ -14,16 +15,17 @@ void loadModule(const std::string& path) {
       ::dlopen(location.c_str(), RTLD_NOW | RTLD_LOCAL);  // stays: its adapters outlive this call
   if (module == nullptr) {
     const char* const why = ::dlerror();
-    throw Failure(ExitStatus::WrongUsage, "the adapter module " + quote(path) + " can't be loaded",
+    throw Failure(ExitStatus::WrongUsage, fmt::format("the adapter module {} can't be loaded", quote(path)),
                   {why == nullptr ? std::string("The system gives no reason.") : std::string(why)});
   }
   const auto entry = reinterpret_cast<bool (*)()>(::dlsym(module, EntryPoint));
   if (entry == nullptr) {
-    throw Failure(ExitStatus::WrongUsage, quote(path) + " is no adapter module",
-                  {"It has no function " + quote(EntryPoint) + "."});
+    throw Failure(ExitStatus::WrongUsage, fmt::format("{} is no adapter module", quote(path)),
+                  {fmt::format("It has no function {}.", quote(EntryPoint))});
   }
   if (!entry()) {
-    throw Failure(ExitStatus::WrongUsage, "the adapters of " + quote(path) + " could not be registered",
+    throw Failure(ExitStatus::WrongUsage,
+                  fmt::format("the adapters of {} could not be registered", quote(path)),
                   {"An adapter of the same name is registered already; name each module once."});
   }
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <fmt/format.h>
+
 #include "platform/text/Convert.h"
 
 namespace nd::tools {
@@ -16,7 +18,7 @@ bool isPlainInShell(char character) {
 }  // namespace
 
 std::string quote(std::string_view text) {
-  return "\"" + std::string(text) + "\"";
+  return fmt::format("\"{}\"", text);
 }
 
 std::string quote(std::u16string_view text) {
@@ -58,7 +60,7 @@ bool isUtf8(std::string_view bytes) {
 }
 
 std::string count(std::size_t number, std::string_view noun) {
-  return std::to_string(number) + " " + std::string(noun) + (number == 1 ? "" : "s");
+  return fmt::format("{} {}{}", number, noun, number == 1 ? "" : "s");
 }
 
 }  // namespace nd::tools

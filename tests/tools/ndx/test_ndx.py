@@ -114,7 +114,9 @@ class Ndx(unittest.TestCase):
 
     def test_each_command_has_help_with_an_example(self):
         for command in ("adapters", "info", "ls", "get"):
-            self.assertIn(f"  ndx {command}", self.ok(command, "--help"))
+            text = self.ok(command, "--help")
+            for option in ("", "--section", "--json", "--load"):
+                self.assertRegex(text, rf"  ndx {command} .*{option}|  ndx {command}\n")
 
     def test_version_is_told(self):
         self.assertRegex(self.ok("--version"), r"\Andx [0-9]+\.[0-9]+\.[0-9]+\n\Z")
@@ -125,7 +127,18 @@ class Ndx(unittest.TestCase):
         self.assertIn("ndx --help", self.fails(2))
 
     def test_an_unknown_command(self):
-        self.fails(2, "list", "gains.json")
+        said = self.fails(2, "gte", "gains.json")
+        self.assertIn('there is no command "gte"', said)
+        self.assertIn('did you mean "get"?', said)
+
+    def test_an_unknown_option(self):
+        said = self.fails(2, "ls", "--jsn", "gains.json")
+        self.assertIn("not expected: --jsn", said)
+        self.assertIn('did you mean "--json"?', said)
+
+    def test_an_empty_source(self):
+        for command in (("ls", ""), ("info", ""), ("get", "", "Gain")):
+            self.assertIn("source is empty", self.fails(2, *command))
 
     def test_a_missing_source(self):
         self.assertIn("SOURCE", self.fails(2, "ls"))
@@ -172,8 +185,22 @@ class Ndx(unittest.TestCase):
     def test_no_extension(self):
         self.assertIn("names without extension", self.fails(3, "ls", "gains"))
 
+    def test_adapters_of_one_section(self):
+        listed = json.loads(self.ok("adapters", "--load", MODULE, "--section", "Second", "--json"))
+        self.assertEqual([each["section"] for each in listed["adapters"]], ["Second"])
+        said = self.fails(3, "adapters", "--section", "Third")
+        self.assertIn('The sections are "JSON".', said)
+
+    def test_info_lists_the_adapters_if_several_read_the_source(self):
+        info = json.loads(self.ok("info", "--load", MODULE, "--json", "gains.json"))
+        self.assertEqual([each["section"] for each in info["adapters"]], ["JSON", "Second"])
+        self.assertNotIn("checksum", info)
+
     def test_an_unknown_section(self):
         self.assertIn('"JSON"', self.fails(3, "ls", "--section", "Json", "gains.json"))
+
+    def test_a_section_behind_the_source(self):
+        self.assertIn("SampleTime", self.ok("ls", "gains.json", "--section", "JSON"))
 
     def test_an_empty_section_is_a_section(self):
         self.assertIn('section ""', self.fails(3, "ls", "--section", "", "gains.json"))
@@ -224,6 +251,16 @@ class Ndx(unittest.TestCase):
         said = self.fails(4, "get", "gains.json", "SampleTime", "Gian")
         self.assertIn('no variable "Gian"', said)
         self.assertIn('did you mean "Gain"?', said)
+
+    def test_names_are_taken_as_they_are(self):
+        for name in ("[a,b]", "[Gain]", "++", "info", "%1"):
+            self.assertIn(f'no variable "{name}"', self.fails(4, "get", "gains.json", name))
+        said = self.fails(4, "get", "gains.json", "--", "--json", "--", "[x]")
+        self.assertIn('no variable "--json", "--", "[x]"', said)
+        self.assertIn("SampleTime", self.ok("get", "--", "gains.json", "SampleTime"))
+
+    def test_a_source_may_be_named_like_a_command(self):
+        self.assertIn("names without extension", self.fails(3, "ls", "info"))
 
     # Output
 
