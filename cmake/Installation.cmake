@@ -15,7 +15,7 @@ function(nd_install)
     nd_install_pkg_config(${library})
   endforeach()
   set_target_properties(ndx PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
-  install(TARGETS ${libraries} EXPORT nd_data_adapterTargets LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS ${libraries} nd_shipped_adapters EXPORT nd_data_adapterTargets LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS ndx RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
   nd_install_cmake_package()
 endfunction()
@@ -24,7 +24,7 @@ endfunction()
 # named internal, and of an adapter all but what its users need; scripts/check_include_arrows.py goes by the same
 # rule.
 function(nd_install_headers)
-  set(public "platform/*.h" "nd_data_adapter/*.h" "adapters/export.h" "adapters/register.h" "adapters/*Adapter.h")
+  set(public "platform/*.h" "nd_data_adapter/*.h" "adapters/export.h" "adapters/register*.h" "adapters/*Adapter.h")
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}" ${public})
   list(FILTER headers EXCLUDE REGEX "/internal/")
   foreach(header IN LISTS headers)
@@ -82,7 +82,8 @@ function(nd_install_pkg_config library)
 endfunction()
 
 # The package that find_package(nd_data_adapter) finds, with the targets nd_data_adapter::platform,
-# nd_data_adapter::nd_data_adapter and one for each adapter.
+# nd_data_adapter::nd_data_adapter, one for each adapter
+# and nd_data_adapter::shipped_adapters for all adapters.
 function(nd_install_cmake_package)
   set(folder "${CMAKE_INSTALL_LIBDIR}/cmake/nd_data_adapter")
   set(prepared "${PROJECT_BINARY_DIR}/installation")

@@ -15,7 +15,7 @@ function(nd_model target file)
   string(REPLACE "\n" ";" outputs "${listed}")
   list(TRANSFORM outputs PREPEND "${PROJECT_BINARY_DIR}/generated/")
   file(GLOB rules CONFIGURE_DEPENDS "${generator}/*.py" "${generator}/templates/*.j2")
-  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${input}")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${input}" ${rules})
   add_custom_command(
     OUTPUT ${outputs}
     COMMAND ${command} --root "${PROJECT_BINARY_DIR}/generated"

@@ -16,17 +16,18 @@ std::u16string normalised(const std::u16string& path) {
 }  // namespace
 
 bool URIOperations::exists(const std::u16string& uri) {
+  const std::u16string path = removeTag(uri);
   try {
-    return FileSystem::current().exists(removeTag(uri));
+    return FileSystem::current().exists(path);
   } catch (...) {
     return false;
   }
 }
 
 bool URIOperations::isReadable(const std::u16string& uri) {
-  constexpr int MayBeRead = 2;
+  const std::u16string path = removeTag(uri);
   try {
-    return FileSystem::current().access(removeTag(uri), MayBeRead);
+    return FileSystem::current().access(path, FileSystem::read_access);
   } catch (...) {
     return false;
   }

@@ -1,6 +1,7 @@
 #include "nd_data_adapter/model/AdapterCacheV2.h"
 
 #include "nd_data_adapter/broker/CPPAdapterV2.h"
+#include "nd_data_adapter/broker/internal/AdapterEntries.h"
 #include "nd_data_adapter/broker/internal/Singletons.h"
 
 namespace nd::data::adapter {
@@ -11,28 +12,15 @@ AdapterCacheV2 AdapterCacheV2::getInstance() {
 
 bool AdapterCacheV2::Impl::addCPPAdapterToCache(const std::shared_ptr<CPPAdapterV2>& adapter,
                                                 const std::u16string& adapterQualifier) {
+  checkAlive("nd.data.adapter.AdapterCacheV2.addCPPAdapterToCache");
   if (cPPCache_.contains(adapterQualifier)) return false;
   if (!adapter) return false;
-  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
-  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(getModel());
-  entry.setName(adapterQualifier);
-  entry.setAdapter(adapter);
-  getCPPCacheMutable().add(entry);
-  transaction.commit();
+  detail::addEntry(getCPPCacheMutable(), adapterQualifier, adapter);
   return true;
 }
 
 bool AdapterCacheV2::Impl::removeCPPAdapterFromCache(const std::u16string& adapterQualifier) {
-  const CPPAdapterV2Entry entry = cPPCache_.find(adapterQualifier);
-  if (!entry) return false;
-  // Declared before the transaction: the adapter goes when nothing is open any more and its entry is gone.
-  std::shared_ptr<CPPAdapterV2> adapter;
-  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
-  adapter = entry.adapter();
-  entry.setAdapter(nullptr);  // while the cache is closing, this lets go of it at once
-  entry.destroy();
-  transaction.commit();
-  return true;
+  return detail::removeEntry(getCPPCacheMutable(), adapterQualifier);
 }
 
 std::shared_ptr<CPPAdapterV2> AdapterCacheV2::Impl::getCPPAdapter(const std::u16string& adapterQualifier) {
@@ -45,6 +33,7 @@ std::vector<std::u16string> AdapterCacheV2::Impl::getAllAdapterQualifiers() {
 }
 
 void AdapterCacheV2::Impl::aboutToDestroy() {
+  const lx::base::FinalChanges finality(*this);
   lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
   // An adapter may change the cache while it is closed, so the walk goes by key.
   std::u16string qualifier;

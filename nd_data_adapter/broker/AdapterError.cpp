@@ -14,16 +14,19 @@ struct DestroyDiagnostic {
 };
 using DiagnosticPtr = std::unique_ptr<ndsvDiagnosticImpl, DestroyDiagnostic>;
 
-/// Makes the diagnostic of one error; null if it states no failure.
-DiagnosticPtr makeDiagnostic(AdapterDiagnostic id, const std::u16string& source,
-                             const std::u16string& message) {
+/// Makes the diagnostic of one error; null if it states no failure, and then its texts aren't asked for.
+DiagnosticPtr makeDiagnostic(const AdapterError& error) {
   namespace messages = ndx::messages;
+  const AdapterDiagnostic id = error.getId();
+  if (id <= AdapterDiagnostic::NoDiagnostic || id > AdapterDiagnostic::AmbiguousSource) return nullptr;
+  const std::u16string source = error.getSource();
+  const std::u16string message = error.errorMessage();
   const auto make = [](const lx::services::CatalogMessage& text) {
     return DiagnosticPtr(ndsvCreateDiagnostic(text, u""));
   };
   switch (id) {
     case AdapterDiagnostic::NoDiagnostic:
-      return nullptr;
+      break;
     case AdapterDiagnostic::GenericFailure:
       return make(messages::AdapterErrorGeneric(source, message));
     case AdapterDiagnostic::Unsupported:
@@ -39,7 +42,7 @@ DiagnosticPtr makeDiagnostic(AdapterDiagnostic id, const std::u16string& source,
     case AdapterDiagnostic::AmbiguousSource:
       return make(messages::AdapterErrorAmbiguousSource(source, message));
   }
-  return nullptr;  // any 32-bit number can be in there
+  return nullptr;
 }
 
 }  // namespace
@@ -67,8 +70,10 @@ ndsvDiagnosticImpl* AdapterError::convertAdapterErrorsToDiagnostic(
   DiagnosticPtr result;
   for (const AdapterError& error : errorMsgs) {
     if (!error.isAlive()) continue;
-    DiagnosticPtr added = makeDiagnostic(error.getId(), error.getSource(), error.errorMessage());
-    if (added && ndsvGetNumItemsInDiagnostic(added.get()) > 0 && added != result) {
+    DiagnosticPtr added = makeDiagnostic(error);
+    if (added == result) {
+      static_cast<void>(added.release());
+    } else if (ndsvGetNumItemsInDiagnostic(added.get()) > 0) {
       ndsvDiagnosticImpl* joined = result.get();
       ndsvConcatenateDiagnosticsNoCheck(joined, added.get(), false);
       static_cast<void>(added.release());

@@ -136,22 +136,26 @@ std::vector<std::u16string> AdapterManagerV2::getExternalSources(const std::u16s
 AdapterError AdapterManagerV2::getData(const std::u16string& source, const std::u16string& section,
                                        const DataContainer& cache, const std::u16string& prevChecksum,
                                        const lx::base::Model& tmpModel) {
-  AdapterError error = AdapterError::create(tmpModel);
-  error.setError(AdapterDiagnostic::NoDiagnostic, u"", u"", u"");
-  const boost::shared_ptr<inWorkSpace_tag> dataCache = cache.dataCache();
+  lx::base::detail::checkModel("nd.data.adapter.AdapterManagerV2.getData", tmpModel);
+  const AdapterError result = AdapterError::create(tmpModel);
+  result.setError(AdapterDiagnostic::NoDiagnostic, u"", u"", u"");
+  // The adapter may do as it likes with the handles that it can reach; these stay.
+  const DataContainer container(cache.impl());
+  AdapterError error = result;
+  const boost::shared_ptr<inWorkSpace_tag> dataCache = container.dataCache();
   const std::shared_ptr<CPPAdapterV2> adapter = openedAdapter(source, section);
   if (!adapter) {
-    firstGeneration().getData(source, section, cache, dataCache, error);
-    return error;
+    firstGeneration().getData(source, section, container, dataCache, error);
+    return result;
   }
-  adapter->getData(dataCache, cache.getMetaDataCacheMutable(), prevChecksum, error);
-  if (error.getId() != AdapterDiagnostic::NoDiagnostic) return error;
-  cache.getConditionControlsMutable().clear();
+  adapter->getData(dataCache, container.getMetaDataCacheMutable(), prevChecksum, error);
+  if (result.getId() != AdapterDiagnostic::NoDiagnostic) return result;
+  container.getConditionControlsMutable().clear();
   if (adapter->hasVariants()) {
     for (const std::u16string& control : adapter->getVariantControls())
-      cache.getConditionControlsMutable().add(control);
+      container.getConditionControlsMutable().add(control);
   }
-  return error;
+  return result;
 }
 
 bool AdapterManagerV2::closeSource(const std::u16string& source, const std::u16string& section,

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "nd_data_adapter/broker/CPPAdapterV2.h"
+#include "nd_data_adapter/broker/internal/AdapterEntries.h"
 #include "nd_data_adapter/broker/internal/Singletons.h"
 #include "nd_data_adapter/model/URIOperations.h"
 #include "platform/text/FoldedCompare.h"
@@ -20,8 +21,7 @@ bool claims(CPPAdapterV2& adapter, const std::u16string& dottedExtension) {
 
 /// Lists the prototypes in the order of their names. Entries have none while the registry ends, and when its
 /// end was undone.
-std::vector<std::shared_ptr<CPPAdapterV2>> prototypesOf(
-    const lx::base::ElementMap<std::u16string, CPPAdapterV2Entry>& entries) {
+std::vector<std::shared_ptr<CPPAdapterV2>> prototypesOf(const detail::AdapterEntries& entries) {
   std::vector<std::shared_ptr<CPPAdapterV2>> result;
   for (const CPPAdapterV2Entry& entry : entries) {
     if (std::shared_ptr<CPPAdapterV2> prototype = entry.adapter()) result.push_back(std::move(prototype));
@@ -38,26 +38,14 @@ AdapterRegistryV2 AdapterRegistryV2::getInstance() {
 bool AdapterRegistryV2::Impl::registerCPPAdapter(const std::shared_ptr<CPPAdapterV2>& adapter) {
   if (!adapter) return false;
   const std::u16string name = adapter->getAdapterName();
+  checkAlive("nd.data.adapter.AdapterRegistryV2.registerCPPAdapter");  // the adapter may have ended it
   if (cPPRegistry_.contains(name)) return false;
-  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
-  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(getModel());
-  entry.setName(name);
-  entry.setAdapter(adapter);
-  getCPPRegistryMutable().add(entry);
-  transaction.commit();
+  detail::addEntry(getCPPRegistryMutable(), name, adapter);
   return true;
 }
 
 bool AdapterRegistryV2::Impl::unregisterCPPAdapter(const std::u16string& adapterName) {
-  const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
-  if (!entry) return false;
-  // Declared before the transaction: the adapter goes when nothing is open any more and its entry is gone.
-  std::shared_ptr<CPPAdapterV2> adapter;
-  lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
-  adapter = entry.adapter();
-  entry.destroy();
-  transaction.commit();
-  return true;
+  return detail::removeEntry(getCPPRegistryMutable(), adapterName);
 }
 
 std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getNewCPPAdapter(const std::u16string& adapterName) {
@@ -72,6 +60,7 @@ std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getCPPAdapterForStaticUse
     const std::u16string& adapterName) {
   const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
   if (!entry) return nullptr;
+  // What is asked of a prototype is asked in a transaction that is never committed.
   const lx::base::Transaction asking = getModel().impl()->beginTransaction(false);
   return entry.adapter();
 }
@@ -115,12 +104,19 @@ bool AdapterRegistryV2::Impl::isAdapterRegisteredByExtension(const std::u16strin
 }
 
 void AdapterRegistryV2::Impl::aboutToDestroy() {
+  const lx::base::FinalChanges finality(*this);
   lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
-  // The destructor of a prototype may change the registry, so the walk goes by key.
-  std::u16string name;
-  for (CPPAdapterV2Entry entry = cPPRegistry_.first(); entry; entry = cPPRegistry_.findGreater(name)) {
-    name = entry.adapterName();
-    entry.setAdapter(nullptr);
+  // The destructor of a prototype may change the registry: the walk goes by key, and again over all that was
+  // registered behind it.
+  for (bool goesOn = true; goesOn;) {
+    goesOn = false;
+    std::u16string name;
+    for (CPPAdapterV2Entry entry = cPPRegistry_.first(); entry; entry = cPPRegistry_.findGreater(name)) {
+      name = entry.adapterName();
+      if (!entry.adapter()) continue;
+      entry.setAdapter(nullptr);
+      goesOn = true;
+    }
   }
   transaction.commit();
 }

@@ -38,9 +38,10 @@ enum class AdapterType : std::int32_t;
 ///     };
 ///     nd::data::adapter::AdapterManagerV2::registerCPPAdapter(std::make_shared<Ini>());
 ///
-/// Failures of a source are stated in the `AdapterError` argument of the data operations; their boolean
-/// results are not looked at. An exception passes through the broker to its caller. An adapter is used by one
-/// thread at a time.
+/// Failures of a source are stated by `setError` in the `AdapterError` argument of the data operations, which
+/// is live and clear on entry; their boolean results are not looked at. Their workspaces may be empty
+/// pointers. The other operations must not fail: what they throw, as any exception, passes through the broker
+/// to its caller. An adapter is used by one thread at a time.
 class ND_DATA_ADAPTER_EXPORT CPPAdapterV2 {
  public:
   using Workspace = boost::shared_ptr<inWorkSpace_tag>;
@@ -51,7 +52,8 @@ class ND_DATA_ADAPTER_EXPORT CPPAdapterV2 {
   virtual ~CPPAdapterV2();
 
   /// Makes a fresh, unopened adapter of the same kind. It has the state that the kind needs to work, and
-  /// nothing that this object has from an opening. The caller owns the result.
+  /// nothing that this object has from an opening. The caller owns the result; if it is null, the source
+  /// isn't opened.
   virtual CPPAdapterV2* clone() = 0;
 
   /// Gives the unique name under which the adapter is registered. It must stay the same.
@@ -92,9 +94,8 @@ class ND_DATA_ADAPTER_EXPORT CPPAdapterV2 {
 
   /// Fills `dataCache` with the variables of the open source and `metaDataCache` with its metadata.
   ///
-  /// `dataCache` may be an empty pointer. `prevChecksum` is the checksum that the client saw last, empty if
-  /// none. `error` is live and clear on entry; a failure is stated there by `setError`. A file adapter
-  /// replaces all of both caches, and only once its read has succeeded.
+  /// `prevChecksum` is the checksum that the client saw last, empty if none. A file adapter replaces all of
+  /// both caches, and only once its read has succeeded.
   virtual bool getData(const Workspace& dataCache, MetaDataCache& metaDataCache,
                        const std::u16string& prevChecksum, nd::data::adapter::AdapterError& error) = 0;
 

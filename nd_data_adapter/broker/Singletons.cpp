@@ -17,7 +17,8 @@ class ReleaseAtExit {
   ReleaseAtExit& operator=(const ReleaseAtExit&) = delete;
   ~ReleaseAtExit() {
     singleton_.model = lx::base::Model();
-    singleton_.element = E();
+    // What was made anew meanwhile stays, for who asks later still.
+    if (!singleton_.element.isAlive()) singleton_.element = E();
   }
 
  private:

@@ -55,16 +55,11 @@ void replaceElements(Collection& field, const std::vector<ModelElement>& element
   }
   transaction.commit();
 }
-template <class ImplT, class E>
-void setFromValue(ImplT&, ElementSequence<E>& field, std::nullptr_t, const Value& value) {
-  replaceElements(field, value.as<std::vector<ModelElement>>());
+template <class ImplT, class Collection>
+requires requires {
+  typename Collection::Element;
 }
-template <class ImplT, class K, class E>
-void setFromValue(ImplT&, ElementMap<K, E>& field, std::nullptr_t, const Value& value) {
-  replaceElements(field, value.as<std::vector<ModelElement>>());
-}
-template <class ImplT, class K, class E>
-void setFromValue(ImplT&, ElementMultimap<K, E>& field, std::nullptr_t, const Value& value) {
+void setFromValue(ImplT&, Collection& field, std::nullptr_t, const Value& value) {
   replaceElements(field, value.as<std::vector<ModelElement>>());
 }
 
@@ -88,9 +83,13 @@ struct Field {
   template <class ImplT>
   static void set(ImplT& self, const Value& value) {
     using Setters = decltype(Setter);
-    if constexpr (requires { detail::setFromValue(self, self.*Member, Setters(Setter), value); }) {
+    constexpr bool isValue =
+        !std::is_base_of_v<AbstractOwnedCollection, std::remove_reference_t<decltype(self.*Member)>>;
+    if constexpr (isValue && std::is_null_pointer_v<Setters>) {
+      static_cast<void>(value);  // a property without setter was refused before
+    } else {
       detail::setFromValue(self, self.*Member, Setters(Setter), value);
-    }  // a property without setter was refused before
+    }
   }
 };
 

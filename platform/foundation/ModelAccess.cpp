@@ -90,7 +90,7 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
 
   // From here on nothing throws: the changes stand.
   const Model keep(&model);
-  Storage* const saved = level.saved;
+  Storage* saved = level.saved;
   Element* dead = nullptr;
   const auto bringOut = [&](Element& element) {
     unlink(element);
@@ -104,11 +104,9 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
     created.storage_ = nullptr;
     if (!created.isAlive()) bringOut(created);
   }
-  Storage* last = nullptr;
   for (Storage* storage = saved; storage != nullptr; storage = storage->next_) {
     storage->element_->storage_ = nullptr;
     if (!storage->element_->isAlive()) bringOut(*storage->element_);
-    last = storage;
   }
   model.top_ = nullptr;
   recycle(level);
@@ -122,11 +120,15 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
   if (model.telling_ == 0) {
     release(std::exchange(model.retained_, nullptr));
     release(saved);
-  } else if (last != nullptr) {
-    // A notice under way may still be asked for older values, which are found by going back over these.
-    last->next_ = model.retained_;
-    model.retained_ = saved;
+    return;
   }
+  // A notice under way may still be asked for older values of what lives, which are found by going back over
+  // these.
+  saved = releaseOfDead(saved);
+  Storage** end = &saved;
+  while (*end != nullptr) end = &(*end)->next_;
+  *end = std::exchange(model.retained_, nullptr);
+  model.retained_ = saved;
 }
 
 void ModelAccess::handOver(Level& level) noexcept {
@@ -207,6 +209,26 @@ void ModelAccess::release(Storage* saved) noexcept {
   }
 }
 
+/// Releases the storages of elements that are gone and gives the others, in their order.
+ModelAccess::Storage* ModelAccess::releaseOfDead(Storage* saved) noexcept {
+  Storage* living = nullptr;
+  Storage** endOfLiving = &living;
+  Storage* dead = nullptr;
+  while (saved != nullptr) {
+    Storage& storage = *saved;
+    saved = std::exchange(storage.next_, nullptr);
+    if (storage.element_->isAlive()) {
+      *endOfLiving = &storage;
+      endOfLiving = &storage.next_;
+    } else {
+      storage.next_ = dead;
+      dead = &storage;
+    }
+  }
+  release(dead);
+  return living;
+}
+
 ChangeSet ModelAccess::collectChanges(Level& level) {
   ChangeSet result;
   result.model_ = Model(level.model);
@@ -270,6 +292,19 @@ void ModelAccess::bury(Element& element) noexcept {
   element.removeRef();
 }
 
+FinalChanges::FinalChanges(ModelElement::Impl& element)
+    : element_(&element), model_(element.model_), wasOn_((element.flags_ & ModelElement::Impl::Dying) != 0) {
+  if (wasOn_) return;
+  element.flags_ |= ModelElement::Impl::Dying;
+  ++element.model_->dying_;
+}
+
+FinalChanges::~FinalChanges() {
+  if (wasOn_) return;
+  element_.impl()->flags_ &= ~static_cast<std::uint32_t>(ModelElement::Impl::Dying);
+  --model_.impl()->dying_;
+}
+
 bool ModelAccess::isWithinDying(const Element& element) noexcept {
   if (element.model_ == nullptr || element.model_->dying_ == 0) return false;
   for (const Element* container = element.container(); container != nullptr;
@@ -296,13 +331,9 @@ void ModelAccess::tell(Element& element) {
   if ((element.flags_ & Element::Told) != 0) return;
   Model::Impl& model = *element.model_;
   model.told_.emplace_back(&element);
-  element.flags_ |= Element::Told | Element::Dying;
-  ++model.dying_;
+  element.flags_ |= Element::Told;
   {
-    const Finally revive([&] {
-      element.flags_ &= ~static_cast<std::uint32_t>(Element::Dying);
-      --model.dying_;
-    });
+    const FinalChanges finality(element);
     element.aboutToDestroy();
   }
   for (const ModelElement& child : Children(element).elements) {
@@ -346,6 +377,10 @@ void ModelAccess::destroy(Element& element) {
   --model.destroying_;
   if (outermost) untell(model, toldBefore);
   transaction.commit();
+}
+
+void ModelAccess::destroyContents(Element& element) {
+  for (const ModelElement& child : Children(element).elements) child.impl()->destroy();
 }
 
 void ModelAccess::tearDown(Model::Impl& model, bool swallow) {

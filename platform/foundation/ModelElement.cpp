@@ -136,7 +136,24 @@ void ModelElement::Impl::aboutToDestroy() {}
 void ModelElement::Impl::didCreate() {}
 void ModelElement::Impl::basicDisassociateAll() noexcept {}
 void ModelElement::Impl::convertToProxy() {
+  if (isProxy()) return;
+  checkAlive("ModelElement.convertToProxy");
+  Transaction transaction = model_->beginTransaction(false);
+  ModelAccess::destroyContents(*this);
+  const std::unique_ptr<Storage> zeros = createStorage();
+  for (const meta::Property& property : getMetaClass().getProperties()) {
+    const bool isValue =
+        property.getValueFlags() == ValueFlags::Single || property.getValueFlags() == ValueFlags::Optional;
+    const unsigned index = property.getIndex();
+    const bool isKey = slot_ != nullptr && slot_->keyIndex() == index;
+    if (!isValue || property.traits().isContained || index == 0 || isKey) continue;
+    notifyModifying(index);
+    zeros->mask_ |= std::uint64_t{1} << index;
+  }
+  notifyModifying(LifeIndex);
+  copyStateFromStorage(*zeros);
   flags_ |= Proxy;
+  transaction.commit();
 }
 
 std::unique_ptr<ModelElement::Impl::Changes> ModelElement::Impl::createChanges(const Storage& storage) const {
@@ -149,10 +166,11 @@ std::unique_ptr<ModelElement::Impl::Storage> ModelElement::Impl::createStorage()
 
 void ModelElement::Impl::copyValue(unsigned index, Storage& to, Storage* from) {
   if (index == ContainerIndex) to.setOldContainer(from == nullptr ? slot_ : from->oldSlot_);
+  if (index == LifeIndex) to.oldLife_ = from == nullptr ? flags_ & (Alive | Proxy) : from->oldLife_;
 }
 
 void ModelElement::Impl::copyStateFromStorage(Storage& storage) noexcept {
-  if (storage.isChanged(LifeIndex)) flags_ |= Alive;
+  if (storage.isChanged(LifeIndex)) flags_ = (flags_ & ~(Alive | Proxy)) | storage.oldLife_;
   if (storage.isChanged(ContainerIndex)) slot_ = storage.oldSlot_;
 }
 
@@ -197,6 +215,14 @@ void ModelElement::Impl::saveOldValue(unsigned index) {
 bool ModelElement::Impl::isLogged(unsigned index) const noexcept {
   return model_ != nullptr && model_->top_ != nullptr && storage_ != nullptr &&
          storage_->level_ == model_->top_ && storage_ != &model_->top_->created && storage_->isChanged(index);
+}
+
+bool ModelElement::Impl::isMovedInOpenTransaction() const noexcept {
+  for (const Storage* storage = storage_; storage != nullptr; storage = storage->outer_) {
+    if (storage->element_ != nullptr && (storage->isChanged(ContainerIndex) || storage->isChanged(LifeIndex)))
+      return true;
+  }
+  return false;
 }
 
 void ModelElement::Impl::destroy() {

@@ -162,7 +162,9 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   /// Lets go of all values for good: the element is dead, and nothing brings it back.
   virtual void basicDisassociateAll() noexcept;
 
-  /// Makes the element a proxy: class and identity stay, the values go.
+  /// Makes the element a proxy, which stands for one that isn't loaded: class and identity stay, what it
+  /// contains is destroyed, and its values go, but for the key by which a collection holds it. It refuses
+  /// every mutator from then on. Raises `InvalidValue` if the element is gone or its model frozen.
   virtual void convertToProxy();
 
   /// Makes the record of what changed since the storage was filled.
@@ -215,6 +217,10 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   /// Tells whether changes of the property must be kept for undoing; asked behind `notifyModifying`.
   bool isLogged(unsigned index) const noexcept;
 
+  /// Tells whether an open transaction, when it is abandoned, brings the element back to life or to another
+  /// container.
+  bool isMovedInOpenTransaction() const noexcept;
+
   Model::Impl* modelImpl() const noexcept { return model_; }
 
   /// Gives the qualified name of a property, for messages.
@@ -224,6 +230,7 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   Impl() noexcept;
 
  private:
+  friend class FinalChanges;
   friend class ModelAccess;
   friend class Model::Impl;
 
@@ -287,6 +294,7 @@ class ND_PLATFORM_EXPORT ModelElement::Impl::Storage {
   Storage* next_ = nullptr;   // of the same level
   Impl* element_ = nullptr;
   detail::ContainmentSlot* oldSlot_ = nullptr;
+  std::uint32_t oldLife_ = 0;  // alive or not, a proxy or not
 };
 
 /// What one element's properties were before a transaction.

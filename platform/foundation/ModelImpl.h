@@ -98,6 +98,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
   void identify(const boost::uuids::uuid& uuid, ModelElement::Impl& element);
 
  private:
+  friend class FinalChanges;
   friend class ModelAccess;
   friend class ModelElement::Impl;
   friend class Model::Thawer;
@@ -171,6 +172,7 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static void unlink(Element& element) noexcept;
   static void tell(Element& element);
   static void kill(Element& element);
+  static void destroyContents(Element& element);
   static void destroy(Element& element);
   static void tearDown(Model::Impl& model, bool swallow);
 
@@ -194,8 +196,25 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static void notify(Model::Impl& model, const ChangeSet& changes) noexcept;
   static void recycle(detail::Level& level) noexcept;
   static void release(Storage* saved) noexcept;
+  static Storage* releaseOfDead(Storage* saved) noexcept;
   static void bury(Element& element) noexcept;
   static void forget(Element& element) noexcept;
+};
+
+/// While one lives, what is changed in what the element contains is final: no old value of it is kept.
+///
+/// The foundation has one in place while it calls an element's `aboutToDestroy`.
+class ND_PLATFORM_EXPORT FinalChanges {
+ public:
+  explicit FinalChanges(ModelElement::Impl& element);
+  FinalChanges(const FinalChanges&) = delete;
+  FinalChanges& operator=(const FinalChanges&) = delete;
+  ~FinalChanges();
+
+ private:
+  const ModelElement element_;
+  const Model model_;
+  const bool wasOn_;
 };
 
 /// The transaction of one mutator. Joins one that is open; undone unless committed.

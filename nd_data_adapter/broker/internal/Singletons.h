@@ -11,13 +11,15 @@ struct Singleton {
   lx::base::Model model;
   E element;
 
-  /// Gives the element. It is made when it is not there, and so is its model.
+  /// Gives the element. It is made when it is not there, and so is its model. One whose destruction was
+  /// undone is there again.
   E get() {
-    if (!element.isAlive()) {
-      if (!model.isAlive()) model = lx::base::Model::create();
-      element = E::create(model);
+    if (element.isAlive()) return element;
+    if (!model.isAlive()) model = lx::base::Model::create();
+    for (const lx::base::ModelElement& each : model.impl()->roots()) {
+      if (auto* const found = dynamic_cast<typename E::Impl*>(each.impl())) return element = E(found);
     }
-    return element;
+    return element = E::create(model);
   }
 };
 

@@ -87,6 +87,10 @@ void AbstractMetaPackage::addLiteral(const Enum& type, const EnumLiteral& litera
   type.impl()->literals.push_back(literal.impl());
 }
 
+void AbstractMetaPackage::setUnderlyingType(const Enum& type, const Type& underlying) {
+  type.impl()->underlyingType = underlying.impl();
+}
+
 void AbstractMetaPackage::addProperty(const Class& owner, const Property& property) {
   owner.impl()->addProperty(*property.impl());
 }
@@ -179,6 +183,8 @@ void AbstractMetaPackage::weave(const PackageRow& row, Parts& parts) {
   for (const EnumRow& each : row.enumerations) {
     const std::u16string typeName = joined(qualified, each.name);
     addType(package, parts.types.at(typeName));
+    setUnderlyingType(Enum(static_cast<Enum::Impl*>(parts.types.at(typeName).impl())),
+                      parts.type(u"Integer"));
     registry.registerTypeNames(parts.types.at(typeName), {typeName, each.scopedName});
     for (const char16_t* format : {u"", u"ID", u"PublicID"}) {
       serializers.registerPropertySerializer(typeName, format, each.serializer());

@@ -137,6 +137,9 @@ class ND_PLATFORM_EXPORT AbstractMetaPackage {
   static void addOperation(const Class& owner, const Operation& operation);
   static void addArgument(const Operation& operation, const Argument& argument);
 
+  /// Sets the type of an enumeration's numbers.
+  static void setUnderlyingType(const Enum& type, const Type& underlying);
+
   /// Set a property's index, and what calls an operation by reflection.
   static void setPropertyIndex(const Property& property, unsigned index);
   static void setInvoker(const Operation& operation, Invoker invoker);

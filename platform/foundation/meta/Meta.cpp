@@ -101,11 +101,18 @@ std::vector<EnumLiteral> Enum::getLiterals() const {
   return handles<EnumLiteral>(held(*this).literals);
 }
 
+Type Enum::getUnderlyingType() const {
+  return Type(held(*this).underlyingType);
+}
+
 Type TypedElement::getType() const {
   return held(*this).getType();
 }
 std::int32_t TypedElement::getLower() const {
   return held(*this).lower;
+}
+bool TypedElement::isUniqueInQualification() const {
+  return held(*this).isUniqueInQualification;
 }
 std::int32_t TypedElement::getUpper() const {
   return held(*this).upper;
@@ -289,6 +296,7 @@ void Package::Impl::basicDisassociateAll() noexcept {
 
 void Enum::Impl::basicDisassociateAll() noexcept {
   literals.clear();
+  underlyingType = nullptr;
   Type::Impl::basicDisassociateAll();
 }
 

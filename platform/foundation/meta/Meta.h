@@ -117,6 +117,9 @@ class ND_PLATFORM_EXPORT Enum : public Type {
   Impl* impl() const noexcept;
 
   std::vector<EnumLiteral> getLiterals() const;
+
+  /// Gives the type of the numbers that stand for the literals.
+  Type getUnderlyingType() const;
 };
 
 /// What has a type: a property, an argument, an operation with its result.
@@ -134,6 +137,10 @@ class ND_PLATFORM_EXPORT TypedElement : public NamedElement {
   /// Gives how many values there may be, -1 for any number.
   std::int32_t getUpper() const;
   bool isOrdered() const;
+
+  /// Tells whether the element is unique in its qualification: true of every one. It says nothing of the
+  /// values, as the trait of the same name does.
+  bool isUniqueInQualification() const;
 };
 
 class ND_PLATFORM_EXPORT Property : public TypedElement {

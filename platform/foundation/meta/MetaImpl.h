@@ -83,6 +83,7 @@ class ND_PLATFORM_EXPORT Enum::Impl : public Type::Impl {
   void basicDisassociateAll() noexcept override;
 
   std::vector<EnumLiteral::Impl*> literals;
+  Type::Impl* underlyingType = nullptr;
 
  private:
   const char16_t* metaClassName() const noexcept override;
@@ -103,6 +104,7 @@ class ND_PLATFORM_EXPORT TypedElement::Impl : public NamedElement::Impl {
   std::int32_t lower = 1;
   std::int32_t upper = 1;
   bool isOrdered = false;
+  bool isUniqueInQualification = true;
 };
 
 class ND_PLATFORM_EXPORT Property::Impl : public TypedElement::Impl {

@@ -77,6 +77,7 @@ class SerializerBase : public PropertySerializer {
 
   Value combineAsUnmanagedSequenceValue(const std::vector<Value>& values) const override {
     std::vector<T> result;
+    result.reserve(values.size());
     for (const Value& value : values) result.push_back(value.as<T>());
     return Value(std::move(result));
   }

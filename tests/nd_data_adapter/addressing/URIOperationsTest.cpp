@@ -1,6 +1,8 @@
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 #include <utility>
 
 #include "nd_data_adapter/model/URIOperations.h"
@@ -53,7 +55,12 @@ TEST(URIOperationsClass, HasNoPropertiesAndOnlyStaticOperationsOnAURI) {
   EXPECT_TRUE(URIOperations::metaClass().getProperties().empty());
   EXPECT_FALSE(URIOperations::metaClass().getOwnOperations().empty());
   for (const lx::base::meta::Operation& operation : URIOperations::metaClass().getOwnOperations()) {
-    EXPECT_TRUE(operation.isStatic()) << toUtf8(operation.getName());
+    SCOPED_TRACE(toUtf8(operation.getName()));
+    EXPECT_TRUE(operation.isStatic());
+    const std::vector<lx::base::meta::Argument> arguments = operation.getArguments();
+    ASSERT_EQ(arguments.size(), 1U);
+    EXPECT_EQ(toUtf8(arguments.front().getName()), "uri");
+    EXPECT_EQ(toUtf8(arguments.front().getType().getQualifiedName()), "lx.base.String");
   }
 }
 
@@ -252,7 +259,10 @@ class OnARealFolder : public testing::Test {
  protected:
   OnARealFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "uri_operations_XXXXXX").string();
-    folder_ = ::mkdtemp(name.data());
+    const char* const made = ::mkdtemp(name.data());
+    if (made == nullptr)
+      throw std::system_error(errno, std::generic_category(), "The folder " + name + " can't be made");
+    folder_ = made;
     std::ofstream(folder_ / "a.test") << "content";
   }
   ~OnARealFolder() override { std::filesystem::remove_all(folder_); }

@@ -122,13 +122,24 @@ TEST_F(AdapterErrorTest, CanBeSetAndAskedByReflection) {
   EXPECT_EQ(error.invoke(u"getId", {}).as<AdapterDiagnostic>(), AdapterDiagnostic::HardError);
   EXPECT_EQ(error.invoke(u"getAdapterName", {}).as<std::u16string>(), u"name");
   EXPECT_EQ(error.invoke(u"getSource", {}).as<std::u16string>(), u"source");
-  EXPECT_EQ(raisedBy([&] { error.invoke(u"getId", {Value(1)}); }).substr(0, 12), "InvalidValue");
+  EXPECT_EQ(raisedBy([&] { error.invoke(u"getId", {Value(1)}); }),
+            "InvalidValue(nd.data.adapter.AdapterError.getId)");
 }
 
 TEST_F(AdapterErrorTest, RefusesToBeChangedAsAProxyAlsoByEqualValues) {
   error.impl()->convertToProxy();
   EXPECT_EQ(raisedBy([&] { error.setError(AdapterDiagnostic::NoDiagnostic, u"", u"", u""); }),
             "CannotModifyProxy(nd.data.adapter.AdapterError.Diagnostic)");
+}
+
+TEST_F(AdapterErrorTest, ReadsAsClearAsAProxy) {
+  error.setError(AdapterDiagnostic::HardError, u"message", u"name", u"source");
+  error.impl()->convertToProxy();
+  EXPECT_TRUE(error.isAlive());
+  EXPECT_EQ(error.getId(), AdapterDiagnostic::NoDiagnostic);
+  EXPECT_EQ(error.errorMessage(), u"");
+  EXPECT_EQ(error.getAdapterName(), u"");
+  EXPECT_EQ(error.getSource(), u"");
 }
 
 TEST_F(AdapterErrorTest, RaisesWhenItIsNull) {
@@ -141,15 +152,29 @@ TEST_F(AdapterErrorTest, RaisesWhenItIsNull) {
   EXPECT_EQ(raisedBy([&] { none.getSource(); }), "InvalidValue(" + name + "getSource)");
 }
 
-TEST_F(AdapterErrorTest, RaisesWhenItIsDeadButForItsProperty) {
-  error.setError(AdapterDiagnostic::HardError, u"message", u"name", u"source");
-  error.destroy();
+void expectToBeDead(const AdapterError& error) {
   const std::string name = "nd.data.adapter.AdapterError.";
   EXPECT_EQ(raisedBy([&] { error.setError(AdapterDiagnostic::HardError, u"", u"", u""); }),
             "InvalidValue(" + name + "setError)");
   EXPECT_EQ(raisedBy([&] { error.getId(); }), "InvalidValue(" + name + "getId)");
+  EXPECT_EQ(raisedBy([&] { error.getAdapterName(); }), "InvalidValue(" + name + "getAdapterName)");
+  EXPECT_EQ(raisedBy([&] { error.getSource(); }), "InvalidValue(" + name + "getSource)");
   EXPECT_EQ(raisedBy([&] { error.setErrorMessage(u"x"); }), "InvalidValue(" + name + "ErrorMessage)");
   EXPECT_EQ(error.errorMessage(), u"");
+}
+
+TEST_F(AdapterErrorTest, RaisesWhenItIsDeadButForItsProperty) {
+  error.setError(AdapterDiagnostic::HardError, u"message", u"name", u"source");
+  error.destroy();
+  expectToBeDead(error);
+}
+
+TEST_F(AdapterErrorTest, RaisesButForItsPropertyWhenItsModelWasDestroyedOrLetGo) {
+  error.setError(AdapterDiagnostic::HardError, u"message", u"name", u"source");
+  model.destroy();
+  expectToBeDead(error);
+  const AdapterError left = AdapterError::create(Model::create());
+  expectToBeDead(left);
 }
 
 }  // namespace

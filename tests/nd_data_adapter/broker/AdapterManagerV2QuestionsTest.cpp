@@ -117,6 +117,15 @@ TEST_F(HasReadingAdapters, AsksTheFirstGenerationAtOnceForASourceThatNobodyClaim
   EXPECT_EQ(calls().back(), "first.hasReadingAdapters(x.none)");
 }
 
+TEST_F(HasReadingAdapters, HandsAdaptersAndTheFirstGenerationTheWholeSource) {
+  registerProbe(u"a")->script().reads = false;
+  registerProbe(u"b")->script().reads = false;
+  AdapterManagerV2::hasReadingAdapters(u"x.test#KIND&VALUESRC");
+  EXPECT_EQ(calls(),
+            withSearch({"a.supportsReading(x.test#KIND&VALUESRC)", "b.supportsReading(x.test#KIND&VALUESRC)",
+                        "first.hasReadingAdapters(x.test#KIND&VALUESRC)"}));
+}
+
 TEST_F(HasReadingAdapters, DoesNotCountWriting) {
   registerProbe(u"a")->script().reads = false;
   first.writes = true;
@@ -138,6 +147,15 @@ TEST_F(HasWritingAdapters, AsksTheFirstGenerationWhenNoAdapterOfTheSecondSaysYes
                                  "first.hasWritingAdapters(x.test)"}));
   first.writes = true;
   EXPECT_TRUE(AdapterManagerV2::hasWritingAdapters(u"x.test"));
+}
+
+TEST_F(HasWritingAdapters, HandsAdaptersAndTheFirstGenerationTheWholeSource) {
+  registerProbe(u"a")->script().writes = false;
+  registerProbe(u"b")->script().writes = false;
+  AdapterManagerV2::hasWritingAdapters(u"x.test#KIND&VALUESRC");
+  EXPECT_EQ(calls(),
+            withSearch({"a.supportsWriting(x.test#KIND&VALUESRC)", "b.supportsWriting(x.test#KIND&VALUESRC)",
+                        "first.hasWritingAdapters(x.test#KIND&VALUESRC)"}));
 }
 
 TEST_F(HasWritingAdapters, DoesNotCountReading) {
@@ -167,6 +185,28 @@ TEST_F(QuestionsAboutSources, OpenNothing) {
 
 // getAdapterConfig
 
+/// An adapter that overrides only what it must.
+class PlainAdapter final : public CPPAdapterV2 {
+ public:
+  CPPAdapterV2* clone() override { return new PlainAdapter; }
+  std::u16string getAdapterName() override { return u"plain"; }
+  std::vector<std::u16string> getSupportedExtensions() override { return {u".test"}; }
+  bool isSourceValid(const std::u16string&) override { return true; }
+  bool supportsReading(const std::u16string&) override { return true; }
+  bool supportsWriting(const std::u16string&) override { return false; }
+  bool open(const std::u16string&) override { return true; }
+  bool close() override { return true; }
+  std::u16string getCurrentChecksum() override { return {}; }
+  bool hasData() override { return false; }
+  bool getData(const Workspace&, MetaDataCache&, const std::u16string&, AdapterError&) override {
+    return true;
+  }
+  bool writeData(const Workspace&, const Workspace&, MetaDataCache&, const ChangeReport&,
+                 AdapterError&) override {
+    return true;
+  }
+};
+
 class GetAdapterConfig : public support::BrokerTest {
  protected:
   const Model model = Model::create();
@@ -195,7 +235,7 @@ TEST_F(GetAdapterConfig, TellsOfEachClaimingAdapterWhatItSays) {
   EXPECT_EQ(configs[1].getModel(), model);
 }
 
-TEST_F(GetAdapterConfig, AsksAdapterByAdapterInTheOrderOfTheProperties) {
+TEST_F(GetAdapterConfig, AsksAdapterByAdapterAndForTheTypeLast) {
   registerProbe(u"b");
   registerProbe(u"a");
   FakeFirstGeneration::install(log);
@@ -205,6 +245,15 @@ TEST_F(GetAdapterConfig, AsksAdapterByAdapterInTheOrderOfTheProperties) {
                    "a.getAdapterName", "a.getSectionName", "a.supportsReading(x.test)",
                    "a.supportsWriting(x.test)", "a.getType", "b.getAdapterName", "b.getSectionName",
                    "b.supportsReading(x.test)", "b.supportsWriting(x.test)", "b.getType"}));
+}
+
+TEST_F(GetAdapterConfig, HandsAdaptersAndTheFirstGenerationTheWholeSource) {
+  registerProbe(u"a");
+  FakeFirstGeneration::install(log);
+  AdapterManagerV2::getAdapterConfig(u"x.test#KIND&VALUESRC", model);
+  EXPECT_EQ(calls(), (Lines{"first.getAdapterConfig(x.test#KIND&VALUESRC)", "a.getSupportedExtensions",
+                            "a.getAdapterName", "a.getSectionName", "a.supportsReading(x.test#KIND&VALUESRC)",
+                            "a.supportsWriting(x.test#KIND&VALUESRC)", "a.getType"}));
 }
 
 TEST_F(GetAdapterConfig, PutsTheFirstGenerationFirst) {
@@ -218,10 +267,9 @@ TEST_F(GetAdapterConfig, PutsTheFirstGenerationFirst) {
 }
 
 TEST_F(GetAdapterConfig, ReportsTheNameAsSectionOfAnAdapterThatOverridesNeitherSectionNorType) {
-  ProbeScript& script = registerProbe(u"a")->script();
-  script.section.reset();
+  AdapterManagerV2::registerCPPAdapter(std::make_shared<PlainAdapter>());
   AdapterManagerV2::getAdapterConfig(u"x.test", model);
-  EXPECT_EQ(contentsOf(model), Lines{config("a", "a", 0, true, true)});
+  EXPECT_EQ(contentsOf(model), Lines{config("plain", "plain", 0, true, false)});
 }
 
 TEST_F(GetAdapterConfig, IsEmptyForASourceThatNobodyClaims) {

@@ -300,6 +300,12 @@ TEST_F(AdapterRegistryV2Questions, AsksForTheListToShowTheExtensionsFirst) {
   EXPECT_EQ(calls(), (Lines{"a.getSupportedExtensions", "a.getAdapterName", "b.getSupportedExtensions"}));
 }
 
+TEST_F(AdapterRegistryV2Questions, ShowsTheNameOfTodayAndAsksItForEachExtension) {
+  registerProbe(u"a", u"s", {u".x", u".y"})->script().name = u"z";
+  EXPECT_EQ(registry.getDisplayList(), (Names{u".x : z", u".y : z"}));
+  EXPECT_EQ(calls(), (Lines{"a.getSupportedExtensions", "a.getAdapterName", "a.getAdapterName"}));
+}
+
 TEST_F(AdapterRegistryV2Questions, HasEmptyListsWithoutAdapters) {
   EXPECT_TRUE(registry.getDisplayList().empty());
   EXPECT_TRUE(registry.getAllAdapterNames().empty());

@@ -115,6 +115,26 @@ TEST_F(AdapterRegistryV2Test, TakesARegistrationBackWithTheTransactionAroundIt) 
   EXPECT_EQ(calls(), (Lines{"a.getAdapterName", "a.~"}));
 }
 
+TEST_F(AdapterRegistryV2Test, RaisesWhenTheAdapterThatItAsksDestroysIt) {
+  const std::shared_ptr<ProbeAdapter> probe = makeProbe(u"a");
+  log->at("a.getAdapterName", [&] { registry.destroy(); });
+  EXPECT_EQ(raisedBy([&] { registry.registerCPPAdapter(probe); }),
+            "InvalidValue(nd.data.adapter.AdapterRegistryV2.registerCPPAdapter)");
+  EXPECT_EQ(log->actionsLeft(), 0U);
+  EXPECT_EQ(probe.use_count(), 1);
+  EXPECT_EQ(model.impl()->numberOfElements(), 0U);
+  EXPECT_FALSE(model.impl()->hasOpenTransaction());
+}
+
+TEST_F(AdapterRegistryV2Test, RaisesWhenTheAdapterThatItAsksDestroysItsModel) {
+  const std::shared_ptr<ProbeAdapter> probe = makeProbe(u"a");
+  log->at("a.getAdapterName", [&] { model.destroy(); });
+  EXPECT_EQ(raisedBy([&] { registry.registerCPPAdapter(probe); }),
+            "InvalidValue(nd.data.adapter.AdapterRegistryV2.registerCPPAdapter)");
+  EXPECT_EQ(log->actionsLeft(), 0U);
+  EXPECT_EQ(probe.use_count(), 1);
+}
+
 // Unregistering
 
 TEST_F(AdapterRegistryV2Test, UnregistersANameOnce) {
@@ -236,38 +256,63 @@ TEST_F(AdapterRegistryV2Test, RefusesAnEntryOfAnotherModelInItsMap) {
   EXPECT_TRUE(stateOfBroker().empty());
 }
 
+TEST_F(AdapterRegistryV2Test, MakesAnEntryInItsMapFromABuilder) {
+  const ModelWatch watch(model);
+  const CPPAdapterV2Entry entry = registry.impl()->createIntoCPPRegistry(
+      CPPAdapterV2Entry::Builder().setAdapterName(u"key").setAdapter(makeProbe(u"a")));
+  EXPECT_EQ(stateOfBroker(), Lines{"registered key: a"});
+  EXPECT_EQ(entry, registry.impl()->getCPPRegistry().find(u"key"));
+  EXPECT_EQ(entry.container(), registry);
+  EXPECT_EQ(watch.notices(), (std::vector<Lines>{{"created nd.data.adapter.CPPAdapterV2Entry",
+                                                  "changed nd.data.adapter.AdapterRegistryV2.CPPRegistry"}}));
+  EXPECT_FALSE(watch.hasOpenTransaction());
+  EXPECT_TRUE(calls().empty());
+}
+
+TEST_F(AdapterRegistryV2Test, MakesNoEntryFromABuilderWhoseKeyIsTaken) {
+  registerProbe(u"a");
+  const std::size_t elements = model.impl()->numberOfElements();
+  const ModelWatch watch(model);
+  EXPECT_EQ(raisedBy([&] {
+              registry.impl()->createIntoCPPRegistry(
+                  CPPAdapterV2Entry::Builder().setAdapterName(u"a").setAdapter(makeProbe(u"b")));
+            }),
+            "UniquenessConstraint(nd.data.adapter.AdapterRegistryV2.CPPRegistry)");
+  EXPECT_EQ(model.impl()->numberOfElements(), elements);
+  EXPECT_FALSE(watch.hasOpenTransaction());
+  EXPECT_TRUE(watch.notices().empty());
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
+  EXPECT_EQ(calls(), Lines{"b.~"});
+}
+
 // Handles without an element
 
+/// Expects each operation of the registry to raise `InvalidValue` that names it.
+void expectEveryOperationToRaise(const AdapterRegistryV2& registry,
+                                 const std::shared_ptr<CPPAdapterV2>& adapter) {
+  const std::string name = "InvalidValue(nd.data.adapter.AdapterRegistryV2.";
+  EXPECT_EQ(raisedBy([&] { registry.registerCPPAdapter(adapter); }), name + "registerCPPAdapter)");
+  EXPECT_EQ(raisedBy([&] { registry.unregisterCPPAdapter(u"a"); }), name + "unregisterCPPAdapter)");
+  EXPECT_EQ(raisedBy([&] { registry.getNewCPPAdapter(u"a"); }), name + "getNewCPPAdapter)");
+  EXPECT_EQ(raisedBy([&] { registry.getCPPAdapterForStaticUse(u"a"); }), name + "getCPPAdapterForStaticUse)");
+  EXPECT_EQ(raisedBy([&] { registry.getCPPAdapterStaticForSource(u"x.test"); }),
+            name + "getCPPAdapterStaticForSource)");
+  EXPECT_EQ(raisedBy([&] { registry.getDisplayList(); }), name + "getDisplayList)");
+  EXPECT_EQ(raisedBy([&] { registry.getAllAdapterNames(); }), name + "getAllAdapterNames)");
+  EXPECT_EQ(raisedBy([&] { registry.isAdapterRegisteredByName(u"a"); }), name + "isAdapterRegisteredByName)");
+  EXPECT_EQ(raisedBy([&] { registry.isAdapterRegisteredByExtension(u".test"); }),
+            name + "isAdapterRegisteredByExtension)");
+}
+
 TEST(AdapterRegistryV2Handle, RaisesThroughANullHandle) {
-  const AdapterRegistryV2 none;
-  const std::string name = "nd.data.adapter.AdapterRegistryV2.";
-  EXPECT_EQ(raisedBy([&] { none.registerCPPAdapter(nullptr); }),
-            "InvalidValue(" + name + "registerCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { none.unregisterCPPAdapter(u"a"); }),
-            "InvalidValue(" + name + "unregisterCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { none.getNewCPPAdapter(u"a"); }), "InvalidValue(" + name + "getNewCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { none.getCPPAdapterForStaticUse(u"a"); }),
-            "InvalidValue(" + name + "getCPPAdapterForStaticUse)");
-  EXPECT_EQ(raisedBy([&] { none.getCPPAdapterStaticForSource(u"a"); }),
-            "InvalidValue(" + name + "getCPPAdapterStaticForSource)");
-  EXPECT_EQ(raisedBy([&] { none.getDisplayList(); }), "InvalidValue(" + name + "getDisplayList)");
-  EXPECT_EQ(raisedBy([&] { none.getAllAdapterNames(); }), "InvalidValue(" + name + "getAllAdapterNames)");
-  EXPECT_EQ(raisedBy([&] { none.isAdapterRegisteredByName(u"a"); }),
-            "InvalidValue(" + name + "isAdapterRegisteredByName)");
-  EXPECT_EQ(raisedBy([&] { none.isAdapterRegisteredByExtension(u"a"); }),
-            "InvalidValue(" + name + "isAdapterRegisteredByExtension)");
+  expectEveryOperationToRaise(AdapterRegistryV2(), nullptr);
 }
 
 TEST_F(AdapterRegistryV2Test, RaisesWhenItIsDestroyedAndAsksNothing) {
-  const std::shared_ptr<ProbeAdapter> probe = makeProbe(u"a");
+  const std::shared_ptr<ProbeAdapter> registered = registerProbe(u"a");
   registry.destroy();
-  const std::string name = "nd.data.adapter.AdapterRegistryV2.";
-  EXPECT_EQ(raisedBy([&] { registry.registerCPPAdapter(probe); }),
-            "InvalidValue(" + name + "registerCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { registry.getAllAdapterNames(); }), "InvalidValue(" + name + "getAllAdapterNames)");
-  EXPECT_EQ(raisedBy([&] { registry.isAdapterRegisteredByName(u"a"); }),
-            "InvalidValue(" + name + "isAdapterRegisteredByName)");
-  EXPECT_TRUE(calls().empty());
+  expectEveryOperationToRaise(registry, makeProbe(u"b"));
+  EXPECT_EQ(calls(), Lines{"b.~"});
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <new>
+#include <set>
 
 #include "nd_data_adapter/broker/internal/FirstGenerationRoad.h"
 #include "nd_data_adapter/builtin_adapters/TestV2Adapter.h"
@@ -14,7 +15,7 @@
 #include "platform/host/Workspace.h"
 #include "platform/host/hv.h"
 #include "platform/services/Diagnostic.h"
-#include "tests/platform/host/FailingAllocation.h"
+#include "tests/support/FailingAllocation.h"
 #include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
@@ -27,6 +28,12 @@ namespace {
 
 constexpr const char16_t* Section = u"TestV2Section";
 constexpr const char16_t* Source = u"a source with a name that fits into no short string.test";
+
+std::string error(const std::string& diagnostic, const std::string& message, const std::string& adapter,
+                  const std::string& source) {
+  return "AdapterError Diagnostic=" + diagnostic + " ErrorMessage='" + message + "' Adapter='" + adapter +
+         "' SourceFile='" + source + "'";
+}
 
 std::size_t liveAdapters = 0;
 
@@ -187,17 +194,72 @@ TEST_F(BrokerAllocationFailure, LeavesNoConfig) {
             5U);
 }
 
-TEST_F(BrokerAllocationFailure, LeavesTheErrorOfAReadAndTheControlsWhole) {
-  const Lines errors{"AdapterError Diagnostic=0 ErrorMessage='' Adapter='' SourceFile=''"};
+TEST_F(BrokerAllocationFailure, LeavesTheErrorOfAReadWholeAndOfTheControlsTheFormerOnesOrAPrefixOfTheNew) {
+  const std::string clear = error("0", "", "", "");
+  const auto containerWith = [](const std::string& variables, const std::string& controls) {
+    return "DataContainer DataCache=[" + variables + "] ConditionalCache=none ConditionControls=[" +
+           controls + "] DataModel=none MetaDataCache=[]";
+  };
+  const std::string variable = "gain: 0x0 double = []";
+  const std::vector<Lines> allowed{
+      {containerWith("", "former")},
+      {containerWith("", "former"), clear},
+      {containerWith(variable, "former"), clear},
+      {containerWith(variable, ""), clear},
+      {containerWith(variable, "the name of a control that fits into no short string"), clear}};
+  Lines broker;
+  const auto prepare = [&] {
+    openOne();
+    broker = support::stateOfBroker();
+  };
   EXPECT_GE(failEach(
-                openOne, [this] { AdapterManagerV2::getData(Source, Section, container, u"", model); },
-                [&](const Lines& before) {
-                  Lines added = missingIn(before, state());
-                  std::erase_if(added,
-                                [](const std::string& line) { return line.rfind("DataContainer", 0) == 0; });
-                  EXPECT_TRUE(added.empty() || added == errors);
+                prepare, [this] { AdapterManagerV2::getData(Source, Section, container, u"", model); },
+                [&](const Lines&) {
+                  EXPECT_THAT(allowed, testing::Contains(contentsOf(model)));
+                  EXPECT_EQ(support::stateOfBroker(), broker);
+                  EXPECT_EQ(liveAdapters, 2U);
                 }),
             5U);
+}
+
+/// An observer for whom a setter's transaction is kept and told.
+class Deaf final : public lx::base::ChangeObserver {
+  void changed(const lx::base::ChangeSet&) noexcept override {}
+};
+
+TEST_F(BrokerAllocationFailure, LeavesOfAnErrorThatIsSetAPrefixOfTheNewValuesAndTheRestOfTheOld) {
+  const std::u16string old = u"an old text that fits into no short string";
+  const std::u16string fresh = u"a new text that fits into no short string";
+  const auto described = [](int numberOfNew) {
+    const auto text = [&](int index) {
+      return numberOfNew > index ? "a new text that fits into no short string"
+                                 : "an old text that fits into no short string";
+    };
+    return error(numberOfNew > 0 ? "6" : "2", text(1), text(2), text(3));
+  };
+  Lines allowed;
+  for (int numberOfNew = 0; numberOfNew < 4; ++numberOfNew) allowed.push_back(described(numberOfNew));
+  for (const bool isObserved : {false, true}) {
+    SCOPED_TRACE(isObserved ? "observed" : "not observed");
+    Deaf observer;
+    AdapterError stated;
+    std::set<std::string> seen;
+    const auto prepare = [&] {
+      stated = AdapterError::create(model);
+      stated.setError(AdapterDiagnostic::Unsupported, old, old, old);
+      if (isObserved) model.impl()->addObserver(observer);
+    };
+    const auto setError = [&] { stated.setError(AdapterDiagnostic::HardError, fresh, fresh, fresh); };
+    EXPECT_GE(failEach(prepare, setError,
+                       [&](const Lines&) {
+                         EXPECT_THAT(allowed, testing::Contains(contentsOf(model).back()));
+                         seen.insert(contentsOf(model).back());
+                       }),
+              3U);
+    EXPECT_EQ(contentsOf(model).back(), described(4));
+    EXPECT_GE(seen.size(), 3U) << "each text needs memory, and fails for itself";
+    model.impl()->removeObserver(observer);
+  }
 }
 
 TEST_F(BrokerAllocationFailure, FreesADiagnosticThatCouldNotBeFinished) {

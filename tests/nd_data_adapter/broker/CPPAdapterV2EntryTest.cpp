@@ -1,5 +1,6 @@
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "nd_data_adapter/model/CPPAdapterV2Entry.h"
+#include "nd_data_adapter/model/MetaDataEntry.h"
 #include "platform/foundation/meta/Meta.h"
 #include "platform/foundation/meta/PropertySerializer.h"
 #include "tests/support/BrokerTest.h"
@@ -62,9 +63,8 @@ TEST_F(CPPAdapterV2EntryTest, HasAnAdapterThatIsNeverWrittenOut) {
       lx::base::meta::PropertySerializerRegistry::getInstance().find(adapter.getType().getQualifiedName());
   ASSERT_NE(serializer, nullptr);
   EXPECT_TRUE(serializer->isTransientOnly());
-  EXPECT_EQ(
-      raisedBy([&] { serializer->serializeValue(Value(std::shared_ptr<CPPAdapterV2>())); }).substr(0, 12),
-      "InvalidValue");
+  EXPECT_EQ(raisedBy([&] { serializer->serializeValue(Value(std::shared_ptr<CPPAdapterV2>())); }),
+            "InvalidValue(serializeValue)");
 }
 
 TEST_F(CPPAdapterV2EntryTest, TakesANameWithoutTransactionAndNoticeWhileNothingHoldsIt) {
@@ -93,6 +93,30 @@ TEST_F(CPPAdapterV2EntryTest, TakesANameAsAProxyToo) {
   entry.impl()->convertToProxy();
   EXPECT_EQ(raisedBy([&] { entry.setName(u"a"); }), "nothing");
   EXPECT_EQ(entry.adapterName(), u"a");
+}
+
+TEST_F(CPPAdapterV2EntryTest, TakesANameAtOnceWhereAPropertyWithoutKeyHoldsIt) {
+  const MetaDataEntry holder = MetaDataEntry::create(model);
+  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model);
+  holder.setValue(entry);
+  const ModelWatch watch(model);
+  entry.setName(u"a");
+  EXPECT_EQ(watch.transactions(), 0U);
+  EXPECT_TRUE(watch.notices().empty());
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    entry.setName(u"b");
+  }
+  EXPECT_EQ(entry.adapterName(), u"b") << "there is nothing to take back";
+  EXPECT_EQ(holder.value(), entry);
+}
+
+TEST_F(CPPAdapterV2EntryTest, TakesANameAsAProxyWhereAPropertyWithoutKeyHoldsIt) {
+  const MetaDataEntry holder = MetaDataEntry::create(model);
+  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model);
+  holder.setValue(entry);
+  entry.impl()->convertToProxy();
+  EXPECT_EQ(raisedBy([&] { entry.setName(u"a"); }), "nothing");
 }
 
 TEST_F(CPPAdapterV2EntryTest, RefusesAnAdapterAsAProxyAlsoWhenItIsTheSame) {
@@ -142,6 +166,20 @@ TEST_F(CPPAdapterV2EntryTest, MakesNoTransactionForItsOwnNameInACollection) {
   const ModelWatch watch(model);
   first.setName(u"a");
   EXPECT_EQ(watch.transactions(), 0U);
+}
+
+TEST_F(CPPAdapterV2EntryTest, RefusesNameAndAdapterWhenItIsNullOrDead) {
+  const CPPAdapterV2Entry dead = CPPAdapterV2Entry::create(model);
+  dead.setName(u"a");
+  dead.destroy();
+  const std::string name = "nd.data.adapter.CPPAdapterV2Entry.";
+  for (const CPPAdapterV2Entry& entry : {CPPAdapterV2Entry(), dead}) {
+    EXPECT_EQ(raisedBy([&] { entry.setName(u"b"); }), "InvalidValue(" + name + "setName)");
+    EXPECT_EQ(raisedBy([&] { entry.setAdapter(makeProbe(u"b")); }), "InvalidValue(" + name + "Adapter)");
+    EXPECT_EQ(raisedBy([&] { entry.setAdapter(nullptr); }), "InvalidValue(" + name + "Adapter)");
+  }
+  EXPECT_EQ(dead.adapterName(), u"");
+  EXPECT_EQ(dead.adapter(), nullptr);
 }
 
 TEST_F(CPPAdapterV2EntryTest, ComparesAdaptersByIdentity) {

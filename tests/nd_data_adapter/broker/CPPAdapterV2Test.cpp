@@ -1,4 +1,7 @@
 #include <type_traits>
+#include <typeinfo>
+
+#include <cxxabi.h>
 
 #include "nd_data_adapter/broker/CPPAdapterV2.h"
 #include "nd_data_adapter/model/AdapterError.h"
@@ -8,6 +11,7 @@
 #include "nd_data_adapter/model/DataContainer.h"
 #include "platform/host/Workspace.h"
 #include "platform/host/hv.h"
+#include "tests/support/Thrown.h"
 #include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
@@ -55,6 +59,9 @@ TEST(CPPAdapterV2Class, IsAnInterfaceWithoutBaseAndData) {
   EXPECT_TRUE(std::has_virtual_destructor_v<CPPAdapterV2>);
   EXPECT_TRUE(std::is_destructible_v<CPPAdapterV2>);
   EXPECT_EQ(sizeof(CPPAdapterV2), sizeof(void*));
+  // A class with a base would have one of the two classes of type descriptions that derive from this one.
+  const std::type_info& type = typeid(CPPAdapterV2);
+  EXPECT_TRUE(typeid(type) == typeid(abi::__class_type_info)) << typeid(type).name();
 }
 
 TEST(CPPAdapterV2Class, TakesTheArgumentsOfTheContract) {
@@ -123,6 +130,16 @@ TEST_F(CPPAdapterV2Test, HasNoConditionalDataUnlessOverridden) {
 
   EXPECT_EQ(inGetNumberOfVariables(workspace), 0U);
   EXPECT_EQ(contentsOf(model).front(), "AdapterError Diagnostic=2 ErrorMessage='' Adapter='' SourceFile=''");
+}
+
+TEST_F(CPPAdapterV2Test, HasClearedTheWorkspaceWhenItStatesThatItHasNoConditionalData) {
+  Bare adapter;
+  const boost::shared_ptr<inWorkSpace_tag> workspace = inCreateWorkspace(1);
+  inAssignInDesiredWS(hvArrayPtr(hvCreateDoubleScalar(1)).get(), "gain", workspace);
+  error.destroy();
+  EXPECT_EQ(support::raisedBy([&] { adapter.getConditionalData(workspace, report, u"", error); }),
+            "InvalidValue(nd.data.adapter.AdapterError.setError)");
+  EXPECT_EQ(inGetNumberOfVariables(workspace), 0U);
 }
 
 TEST_F(CPPAdapterV2Test, StatesUnsupportedForConditionalDataWithoutAWorkspaceToo) {

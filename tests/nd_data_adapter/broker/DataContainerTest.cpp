@@ -1,3 +1,7 @@
+#include <functional>
+
+#include <boost/uuid/uuid_io.hpp>
+
 #include "nd_data_adapter/model/ChangeTuple.h"
 #include "nd_data_adapter/model/DataContainer.h"
 #include "nd_data_adapter/model/MetaDataEntry.h"
@@ -28,6 +32,23 @@ Workspace makeWorkspace(const std::string& name) {
   inAssignInDesiredWS(hvArrayPtr(hvCreateDoubleScalar(1)).get(), name, workspace);
   return workspace;
 }
+
+/// Runs a function at each notice of a model, for the time of a scope.
+class AtEachNotice final : private lx::base::ChangeObserver {
+ public:
+  AtEachNotice(const Model& model, std::function<void()> look) : model_(model), look_(std::move(look)) {
+    model.impl()->addObserver(*this);
+  }
+  AtEachNotice(const AtEachNotice&) = delete;
+  AtEachNotice& operator=(const AtEachNotice&) = delete;
+  ~AtEachNotice() override { model_.impl()->removeObserver(*this); }
+
+ private:
+  void changed(const lx::base::ChangeSet&) noexcept override { look_(); }
+
+  Model model_;
+  std::function<void()> look_;
+};
 
 class DataContainerTest : public support::BrokerTest {
  protected:
@@ -157,8 +178,8 @@ TEST_F(DataContainerTest, LeavesNothingOfMetadataThatCouldNotBeMade) {
   const Lines before = contentsOf(model);
   EXPECT_EQ(raisedBy([&] {
               container.createIntoMetaDataCache(MetaDataEntry::Builder().setName(u"b"), entry.identifier());
-            }).substr(0, 21),
-            "CannotAddSecondObject");
+            }),
+            "CannotAddSecondObject(The identity " + boost::uuids::to_string(entry.identifier()) + ")");
   EXPECT_EQ(contentsOf(model), before);
   EXPECT_FALSE(model.impl()->hasOpenTransaction());
 }
@@ -182,6 +203,35 @@ TEST_F(DataContainerTest, ReadsAsEmptyWhenItIsDead) {
   EXPECT_FALSE(container.dataModel());
   EXPECT_EQ(raisedBy([&] { container.setDataCache(nullptr); }),
             "InvalidValue(nd.data.adapter.DataContainer.DataCache)");
+}
+
+void expectToLetGoOfAllWhenDestroyed(const DataContainer& container) {
+  const Workspace data = makeWorkspace("gain");
+  const Workspace conditional = makeWorkspace("offset");
+  Model kept = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(kept);
+  container.setDataCache(data);
+  container.setConditionalCache(conditional);
+  container.setDataModel(kept);
+  kept = Model();
+  ASSERT_TRUE(tuple.isAlive());
+
+  container.destroy();
+
+  EXPECT_EQ(data.use_count(), 1);
+  EXPECT_EQ(conditional.use_count(), 1);
+  EXPECT_FALSE(tuple.isAlive()) << "its model went with the last handle";
+  EXPECT_EQ(contentsOf(data), Lines{"gain: 1x1 double = 1"}) << "a workspace is left as it is";
+}
+
+TEST_F(DataContainerTest, LetsGoOfWorkspacesAndModelWhenItIsDestroyedWhileAHandleIsHeld) {
+  expectToLetGoOfAllWhenDestroyed(container);
+}
+
+TEST_F(DataContainerTest, LetsGoOfWorkspacesAndModelWhenItIsDestroyedUnderObservation) {
+  const ModelWatch watch(model);
+  expectToLetGoOfAllWhenDestroyed(container);
+  EXPECT_EQ(watch.notices().back(), Lines{"destroyed nd.data.adapter.DataContainer"});
 }
 
 TEST(MetaDataEntryElement, OwnsItsValue) {
@@ -241,6 +291,30 @@ TEST_F(DataContainerTest, LetsTheDataGoBeforeTheConditionalData) {
   EXPECT_EQ(watch.notices(),
             (std::vector<Lines>{{"changed nd.data.adapter.DataContainer.DataCache"},
                                 {"changed nd.data.adapter.DataContainer.ConditionalCache"}}));
+}
+
+TEST_F(DataContainerTest, ClearsEachWorkspaceRightBeforeItLetsItGo) {
+  const Workspace data = makeWorkspace("gain");
+  const Workspace conditional = makeWorkspace("offset");
+  container.setDataCache(data);
+  container.setConditionalCache(conditional);
+  std::vector<Lines> seen;
+  const AtEachNotice watch(model, [&] {
+    seen.push_back(contentsOf(data));
+    seen.push_back(contentsOf(conditional));
+    seen.push_back(contentsOf(model));
+  });
+  container.destroyContainer();
+  const auto containerWith = [](const std::string& conditionalCache) {
+    return Lines{"DataContainer DataCache=none ConditionalCache=" + conditionalCache +
+                 " ConditionControls=[] DataModel=none MetaDataCache=[]"};
+  };
+  EXPECT_EQ(seen, (std::vector<Lines>{{},
+                                      {"offset: 1x1 double = 1"},
+                                      containerWith("[offset: 1x1 double = 1]"),
+                                      {},
+                                      {},
+                                      containerWith("none")}));
 }
 
 TEST_F(DataContainerTest, LeavesAllButTheWorkspacesAsItIs) {

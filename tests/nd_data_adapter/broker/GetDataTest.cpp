@@ -1,12 +1,11 @@
+#include "tests/nd_data_adapter/broker/GetDataTest.h"
+
 #include <boost/smart_ptr/weak_ptr.hpp>
 
-#include "nd_data_adapter/model/AdapterError.h"
-#include "nd_data_adapter/model/AdapterManagerV2.h"
-#include "nd_data_adapter/model/DataContainer.h"
+#include "nd_data_adapter/model/AdapterCacheV2.h"
+#include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "nd_data_adapter/model/MetaDataEntry.h"
-#include "platform/host/Workspace.h"
 #include "platform/host/hv.h"
-#include "tests/support/BrokerTest.h"
 #include "tests/support/FakeFileSystem.h"
 #include "tests/support/FakeFirstGeneration.h"
 #include "tests/support/ModelWatch.h"
@@ -14,6 +13,8 @@
 #include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
+using get_data_test::error;
+using get_data_test::noError;
 using lx::base::Model;
 using lx::base::Transaction;
 using support::contentsOf;
@@ -25,41 +26,10 @@ using support::raisedBy;
 
 namespace {
 
+using GetData = get_data_test::GetDataTest;
+
 using Names = std::vector<std::u16string>;
 using Workspace = boost::shared_ptr<inWorkSpace_tag>;
-
-std::string error(int diagnostic, const std::string& message, const std::string& adapter,
-                  const std::string& source) {
-  return "AdapterError Diagnostic=" + std::to_string(diagnostic) + " ErrorMessage='" + message +
-         "' Adapter='" + adapter + "' SourceFile='" + source + "'";
-}
-
-const std::string noError = error(0, "", "", "");
-
-class GetData : public support::BrokerTest {
- protected:
-  GetData() {
-    container.setDataCache(workspace);
-    for (const char16_t* name : {u"old", u"older"}) container.getConditionControlsMutable().add(name);
-  }
-
-  void open(const std::u16string& section = u"s") const {
-    EXPECT_TRUE(AdapterManagerV2::openSource(u"x.test", section, {}));
-    calls();
-  }
-
-  AdapterError get(const std::u16string& section = u"s", const std::u16string& prevChecksum = u"") const {
-    return AdapterManagerV2::getData(u"x.test", section, container, prevChecksum, tmpModel);
-  }
-
-  Names controls() const { return container.conditionControls().values(); }
-
-  const Model model = Model::create();
-  const Model tmpModel = Model::create();
-  const DataContainer container = DataContainer::create(model);
-  const Workspace workspace = inCreateWorkspace(4);
-  ProbeScript& script = registerProbe(u"a")->script();
-};
 
 // The road of an open source
 
@@ -271,11 +241,13 @@ TEST_F(GetData, LeavesTheContainersOwnModelAlone) {
 
 TEST_F(GetData, RaisesForANullContainerAndAsksNobody) {
   open();
-  EXPECT_EQ(raisedBy([&] {
-              AdapterManagerV2::getData(u"x.test", u"s", DataContainer(), u"", tmpModel);
-            }).substr(0, 12),
-            "InvalidValue");
+  for (const char16_t* section : {u"s", u"not open"}) {
+    EXPECT_EQ(
+        raisedBy([&] { AdapterManagerV2::getData(u"x.test", section, DataContainer(), u"", tmpModel); }),
+        "InvalidValue(nd.data.adapter.DataContainer.DataCache)");
+  }
   EXPECT_TRUE(calls().empty());
+  EXPECT_EQ(contentsOf(tmpModel), (Lines{noError, noError})) << "one clear error stays of each call";
 }
 
 TEST_F(GetData, RaisesForADeadContainerOfAnOpenSourceAndAsksNobody) {
@@ -283,16 +255,16 @@ TEST_F(GetData, RaisesForADeadContainerOfAnOpenSourceAndAsksNobody) {
   container.destroy();
   EXPECT_EQ(raisedBy([&] { get(); }), "InvalidValue(nd.data.adapter.DataContainer.MetaDataCache)");
   EXPECT_TRUE(calls().empty());
+  EXPECT_EQ(contentsOf(tmpModel), Lines{noError});
   EXPECT_FALSE(tmpModel.impl()->hasOpenTransaction());
 }
 
 TEST_F(GetData, RaisesForANullOrDeadModelAndAsksNobody) {
   open();
-  EXPECT_EQ(
-      raisedBy([&] { AdapterManagerV2::getData(u"x.test", u"s", container, u"", Model()); }).substr(0, 12),
-      "InvalidValue");
+  const std::string raised = "InvalidValue(nd.data.adapter.AdapterManagerV2.getData)";
+  EXPECT_EQ(raisedBy([&] { AdapterManagerV2::getData(u"x.test", u"s", container, u"", Model()); }), raised);
   tmpModel.destroy();
-  EXPECT_EQ(raisedBy([&] { get(); }).substr(0, 12), "InvalidValue");
+  EXPECT_EQ(raisedBy([&] { get(); }), raised);
   EXPECT_TRUE(calls().empty());
   EXPECT_EQ(controls(), (Names{u"old", u"older"}));
 }
@@ -303,38 +275,7 @@ TEST_F(GetData, MakesItsErrorInTheModelOfTheContainerIfThatIsGiven) {
   EXPECT_EQ(result.getModel(), model);
 }
 
-// Adapters that call back
-
-TEST_F(GetData, KeepsTheAdapterToTheEndOfTheCallWhenItClosesItsSource) {
-  open();
-  log->at("a'1.getData", [] { EXPECT_TRUE(AdapterManagerV2::closeSource(u"x.test", u"s", {})); });
-  EXPECT_EQ(get().getId(), AdapterDiagnostic::NoDiagnostic);
-  EXPECT_EQ(calls(), (Lines{"a'1.getData()", "a'1.hasVariants", "a'1.~"}));
-  EXPECT_EQ(support::stateOfBroker(), Lines{"registered a: a"});
-}
-
-TEST_F(GetData, BearsAnAdapterThatReadsAnotherSourceIntoTheSameContainer) {
-  open();
-  EXPECT_TRUE(AdapterManagerV2::openSource(u"y.test", u"s", {}));
-  script.hasVariants = true;
-  script.controls = {u"new"};
-  log->at("a'1.getData", [&] { AdapterManagerV2::getData(u"y.test", u"s", container, u"", tmpModel); });
-  get();
-  EXPECT_EQ(controls(), Names{u"new"});
-  EXPECT_EQ(contentsOf(tmpModel), (Lines{noError, noError}));
-}
-
-TEST_F(GetData, RaisesWhenTheAdapterDestroysWhatIsToBeFilledOrStated) {
-  open();
-  log->at("a'1.hasVariants", [&] { container.destroy(); });
-  script.hasVariants = true;
-  script.controls = {u"new"};
-  EXPECT_EQ(raisedBy([&] { get(); }), "InvalidValue(nd.data.adapter.DataContainer.ConditionControls)");
-  const DataContainer other = DataContainer::create(model);
-  log->at("a'1.getData", [&] { tmpModel.destroy(); });
-  EXPECT_EQ(raisedBy([&] { AdapterManagerV2::getData(u"x.test", u"s", other, u"", tmpModel); }),
-            "InvalidValue(nd.data.adapter.AdapterError.getId)");
-}
+// Transactions
 
 TEST_F(GetData, BelongsToTransactionsAroundIt) {
   open();
@@ -346,6 +287,30 @@ TEST_F(GetData, BelongsToTransactionsAroundIt) {
   }
   EXPECT_TRUE(contentsOf(tmpModel).empty());
   EXPECT_EQ(controls(), (Names{u"old", u"older"}));
+}
+
+TEST_F(GetData, MakesOneTransactionForTheErrorOfAClearReadAndNoneInTheBrokersModels) {
+  open();
+  const ModelWatch stated(tmpModel);
+  const ModelWatch registry(AdapterRegistryV2::getInstance().getModel());
+  const ModelWatch cache(AdapterCacheV2::getInstance().getModel());
+  get();
+  EXPECT_EQ(stated.transactions(), 1U);
+  EXPECT_EQ(stated.notices(), (std::vector<Lines>{{"created nd.data.adapter.AdapterError"}}));
+  EXPECT_EQ(registry.transactions(), 0U);
+  EXPECT_EQ(cache.transactions(), 0U);
+}
+
+TEST_F(GetData, MakesNoTransactionInTheModelOfTheContainerForWhatIsNotOpen) {
+  const ModelWatch stated(tmpModel);
+  const ModelWatch client(model);
+  const ModelWatch registry(AdapterRegistryV2::getInstance().getModel());
+  const ModelWatch cache(AdapterCacheV2::getInstance().getModel());
+  get();
+  EXPECT_EQ(stated.transactions(), 3U) << "the creation, the diagnostic and the source";
+  EXPECT_EQ(client.transactions(), 0U);
+  EXPECT_EQ(registry.transactions(), 0U);
+  EXPECT_EQ(cache.transactions(), 0U);
 }
 
 // A source that is not open

@@ -138,6 +138,12 @@ TEST_F(OpenSource, NormalisesNothingInTheQualifier) {
                              u"x.test::s"}));
 }
 
+TEST_F(OpenSource, HandsTheNewAdapterTheWholeSource) {
+  registerProbe(u"a");
+  EXPECT_TRUE(open(u"x.test#KIND&VALUESRC", u"s"));
+  EXPECT_EQ(calls().back(), "a'1.open(x.test#KIND&VALUESRC)");
+}
+
 TEST_F(OpenSource, SharesAnOpeningBetweenPairsThatJoinToOneQualifier) {
   registerProbe(u"a", u"c", {u"."});
   registerProbe(u"b", u"b::c", {u"."});

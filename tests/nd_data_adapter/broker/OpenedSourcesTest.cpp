@@ -10,6 +10,7 @@
 #include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
+using lx::base::Transaction;
 using support::FakeFirstGeneration;
 using support::Lines;
 using support::ModelWatch;
@@ -31,6 +32,18 @@ class OpenedSources : public support::BrokerTest {
     EXPECT_TRUE(AdapterManagerV2::openSource(source, u"s", Observer));
     calls();
   }
+
+  /// Opens "x.test" and leaves its entry without an adapter: the end of the cache, undone.
+  void openAndLoseTheAdapter() const {
+    open(u"x.test");
+    const AdapterCacheV2 cache = AdapterCacheV2::getInstance();
+    {
+      const Transaction abandoned = cache.getModel().impl()->beginTransaction(false);
+      cache.destroy();
+    }
+    calls();
+    EXPECT_EQ(stateOfBroker(), (Lines{"registered a: a", "open x.test::s: null"}));
+  }
 };
 
 using CloseSource = OpenedSources;
@@ -38,6 +51,7 @@ using CloseAdapterByNamesWithSection = OpenedSources;
 using GetAllOpenedAdapterNamesWithSection = OpenedSources;
 using GetChecksum = OpenedSources;
 using GetExternalSources = OpenedSources;
+using EntriesWithoutAdapters = OpenedSources;
 
 // closeSource
 
@@ -126,6 +140,19 @@ TEST_F(GetChecksum, GivesWhatTheAdapterSaysAsItIs) {
   EXPECT_EQ(AdapterManagerV2::getChecksum(u"x.test", u"s"), script.checksum);
 }
 
+TEST_F(GetChecksum, OfAnOpenSourceMayBeEmptyAndIsThenNotTheFirstGenerations) {
+  open(u"x.test");
+  FakeFirstGeneration::install(log).checksum = u"first";
+  EXPECT_EQ(AdapterManagerV2::getChecksum(u"x.test", u"s"), u"");
+  EXPECT_EQ(calls(), Lines{"a'1.getCurrentChecksum"});
+}
+
+TEST_F(GetChecksum, HandsTheFirstGenerationTheWholeSource) {
+  FakeFirstGeneration::install(log);
+  AdapterManagerV2::getChecksum(u"x.test#KIND&VALUESRC", u"s");
+  EXPECT_EQ(calls(), Lines{"first.getChecksum(x.test#KIND&VALUESRC, s)"});
+}
+
 TEST_F(GetChecksum, AsksTheFirstGenerationForWhatIsNotOpen) {
   script.checksum = u"17";
   open(u"x.test");
@@ -163,6 +190,19 @@ TEST_F(GetExternalSources, AsksTheOpenAdapterAndNobodyElse) {
   EXPECT_EQ(calls(), Lines{"a'1.getExternalSources"});
 }
 
+TEST_F(GetExternalSources, OfAnOpenSourceMayBeNoneAndAreThenNotTheFirstGenerations) {
+  open(u"x.test");
+  FakeFirstGeneration::install(log).externalSources = {u"first"};
+  EXPECT_EQ(AdapterManagerV2::getExternalSources(u"x.test", u"s"), Names{});
+  EXPECT_EQ(calls(), Lines{"a'1.getExternalSources"});
+}
+
+TEST_F(GetExternalSources, HandsTheFirstGenerationTheWholeSource) {
+  FakeFirstGeneration::install(log);
+  AdapterManagerV2::getExternalSources(u"x.test#KIND&VALUESRC", u"s");
+  EXPECT_EQ(calls(), Lines{"first.getExternalSources(x.test#KIND&VALUESRC, s)"});
+}
+
 TEST_F(GetExternalSources, AsksTheFirstGenerationForWhatIsNotOpen) {
   FakeFirstGeneration::install(log).externalSources = {u"first"};
   EXPECT_EQ(AdapterManagerV2::getExternalSources(u"x.test", u"s"), Names{u"first"});
@@ -181,6 +221,47 @@ TEST_F(GetExternalSources, KeepsTheAdapterToTheEndOfTheCallWhenItClosesItsSource
   log->at("a'1.getExternalSources", [] { AdapterManagerV2::closeSource(u"x.test", u"s", Observer); });
   EXPECT_EQ(AdapterManagerV2::getExternalSources(u"x.test", u"s"), Names{u"b.test"});
   EXPECT_EQ(calls(), (Lines{"a'1.getExternalSources", "a'1.~"}));
+}
+
+// Entries that have lost their adapters: listed, and open for nobody
+
+TEST_F(EntriesWithoutAdapters, LeaveTheChecksumToTheFirstGeneration) {
+  script.checksum = u"17";
+  openAndLoseTheAdapter();
+  FakeFirstGeneration::install(log).checksum = u"first";
+  EXPECT_EQ(AdapterManagerV2::getChecksum(u"x.test", u"s"), u"first");
+  EXPECT_EQ(calls(), Lines{"first.getChecksum(x.test, s)"});
+}
+
+TEST_F(EntriesWithoutAdapters, LeaveTheExternalSourcesToTheFirstGeneration) {
+  script.externalSources = {u"b.test"};
+  openAndLoseTheAdapter();
+  FakeFirstGeneration::install(log).externalSources = {u"first"};
+  EXPECT_EQ(AdapterManagerV2::getExternalSources(u"x.test", u"s"), Names{u"first"});
+  EXPECT_EQ(calls(), Lines{"first.getExternalSources(x.test, s)"});
+}
+
+TEST_F(EntriesWithoutAdapters, AreListed) {
+  openAndLoseTheAdapter();
+  EXPECT_EQ(AdapterManagerV2::getAllOpenedAdapterNamesWithSection(), Names{u"x.test::s"});
+}
+
+TEST_F(EntriesWithoutAdapters, KeepTheirQualifierFromANewOpening) {
+  openAndLoseTheAdapter();
+  script.opens = false;
+  EXPECT_FALSE(AdapterManagerV2::openSource(u"x.test", u"s", Observer)) << "the answer of the new adapter";
+  EXPECT_EQ(calls(), (Lines{"a.getSupportedExtensions", "a.getSectionName", "a.getAdapterName", "a.clone",
+                            "a'2.open(x.test)", "a'2.~"}));
+  EXPECT_EQ(stateOfBroker().back(), "open x.test::s: null");
+}
+
+TEST_F(EntriesWithoutAdapters, AreClosedLikeOthersAndThenOpenedAnew) {
+  openAndLoseTheAdapter();
+  EXPECT_TRUE(AdapterManagerV2::closeSource(u"x.test", u"s", Observer));
+  EXPECT_TRUE(calls().empty());
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
+  open(u"x.test");
+  EXPECT_EQ(stateOfBroker().back(), "open x.test::s: a'2");
 }
 
 TEST_F(OpenedSources, AreNotChangedByQuestions) {

@@ -171,6 +171,44 @@ TEST_F(ProcessExitDeathTest, BearsAnAdapterThatClosesAndOpensSourcesAsItIsClosed
       ExitedWithCode(0), "<close x.test>.*<close z.test>.*<end a>$");
 }
 
+TEST_F(ProcessExitDeathTest, StillHasTheRegistryForAPrototypeThatAsksForItInItsEnd) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"a", {.whenEnded = [] {
+                       const AdapterRegistryV2 registry = AdapterRegistryV2::getInstance();
+                       tell(registry.isAlive() ? "alive" : "dead");
+                       tell(registry.isAdapterRegisteredByName(u"a") ? "knows a" : "does not know a");
+                     }});
+        std::exit(0);
+      },
+      ExitedWithCode(0), "^<end a><alive><knows a>$");
+}
+
+TEST_F(ProcessExitDeathTest, ReleasesWhatAPrototypeRegistersInItsEnd) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"b", {.whenEnded = [] { registerLoud(u"a"); }});
+        std::exit(0);
+      },
+      ExitedWithCode(0), "^<end b><end a>$");
+}
+
+TEST_F(ProcessExitDeathTest, KeepsTheRegistryThatIsMadeAnewWhileTheFormerModelEnds) {
+  EXPECT_EXIT(
+      {
+        // No entry of the registry, so that it goes when the registry has gone already.
+        CPPAdapterV2Entry::create(AdapterRegistryV2::getInstance().getModel())
+            .setAdapter(std::make_shared<Loud>(u"a", Loud::Acts{.whenEnded = [] { registerLoud(u"z"); }}));
+        atTheVeryEnd.act = [] {
+          for (const std::u16string& name : AdapterManagerV2::getAllRegisteredAdapterNames()) {
+            tell("knows " + lx::text::toUtf8(name));
+          }
+        };
+        std::exit(0);
+      },
+      ExitedWithCode(0), "^<end a><knows z>$");
+}
+
 TEST_F(ProcessExitDeathTest, MakesNewEmptySingletonsForAnAdapterThatAsksWhenTheyAreGone) {
   EXPECT_EXIT(
       {

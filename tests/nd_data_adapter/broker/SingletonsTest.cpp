@@ -4,6 +4,7 @@
 #include "nd_data_adapter/model/AdapterManagerV2.h"
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "tests/support/BrokerTest.h"
+#include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
 #include "tests/support/describe.h"
 
@@ -11,6 +12,7 @@ using namespace nd::data::adapter;
 using lx::base::Model;
 using lx::base::Transaction;
 using support::Lines;
+using support::ModelWatch;
 using support::ProbeAdapter;
 using support::stateOfBroker;
 
@@ -64,6 +66,25 @@ TYPED_TEST(SingletonTest, IsMadeAgainInANewModelWhenItsModelIsGone) {
   EXPECT_TRUE(second.isAlive());
   EXPECT_TRUE(second.getModel().isAlive());
   EXPECT_NE(second.getModel(), model);
+}
+
+TYPED_TEST(SingletonTest, LivesInAModelThatIsMadeWithTheDefaultFactory) {
+  const Model former = TypeParam::getInstance().getModel();  // held, so that it keeps its share
+  former.destroy();
+  const long before = lx::base::WorkQueueFactory::getDefault().use_count();
+  const TypeParam made = TypeParam::getInstance();
+  EXPECT_EQ(lx::base::WorkQueueFactory::getDefault().use_count(), before + 1);
+}
+
+TYPED_TEST(SingletonTest, IsTheFormerElementAgainWhenItsEndIsUndone) {
+  const TypeParam former = TypeParam::getInstance();
+  {
+    const Transaction abandoned = former.getModel().impl()->beginTransaction(false);
+    former.destroy();
+    EXPECT_NE(TypeParam::getInstance(), former);
+  }
+  EXPECT_EQ(TypeParam::getInstance(), former);
+  EXPECT_EQ(former.getModel().impl()->numberOfElements(), 1U);
 }
 
 TYPED_TEST(SingletonTest, IsMadeWithinATransactionAndGoesWithIt) {
@@ -150,6 +171,40 @@ TEST_F(TwoSingletons, LeaveNoEntryOfTheRegistryWithAnAdapter) {
   }
 }
 
+TEST_F(TwoSingletons, ReleaseThePrototypesOfTheRegistryInOneTransaction) {
+  registerProbe(u"a");
+  registerProbe(u"b");
+  const ModelWatch watch(registry().getModel());
+  std::vector<bool> isOpen;
+  for (const char* end : {"a.~", "b.~"}) log->at(end, [&] { isOpen.push_back(watch.hasOpenTransaction()); });
+  registry().impl()->aboutToDestroy();
+  EXPECT_EQ(isOpen, (std::vector<bool>{true, true}));
+  EXPECT_EQ(watch.transactions(), 3U) << "the one, and in it one for each change of an entry";
+  EXPECT_FALSE(watch.hasOpenTransaction());
+}
+
+TEST_F(TwoSingletons, TellTheObserversOfTheRegistryOfItsEndOnce) {
+  registerProbe(u"a");
+  registerProbe(u"b");
+  const ModelWatch watch(registry().getModel());
+  registry().destroy();
+  ASSERT_EQ(watch.notices().size(), 1U);
+  EXPECT_EQ(support::missingIn(watch.notices()[0], {"destroyed nd.data.adapter.AdapterRegistryV2",
+                                                    "destroyed nd.data.adapter.CPPAdapterV2Entry",
+                                                    "destroyed nd.data.adapter.CPPAdapterV2Entry"}),
+            Lines{});
+  EXPECT_EQ(watch.notices()[0].size(), 3U);
+}
+
+TEST_F(TwoSingletons, ReleaseAPrototypeThatIsRegisteredBehindTheWalk) {
+  registerProbe(u"b");
+  log->at("b.~", [&] { EXPECT_TRUE(registry().registerCPPAdapter(makeProbe(u"a"))); });
+  registry().impl()->aboutToDestroy();
+  EXPECT_EQ(log->actionsLeft(), 0U);
+  EXPECT_EQ(stateOfBroker(), (Lines{"registered a: null", "registered b: null"}));
+  EXPECT_EQ(calls(), (Lines{"b.~", "a.getAdapterName", "a.~"}));
+}
+
 TEST_F(TwoSingletons, LeaveAPrototypeToThoseWhoHoldItWhenTheRegistryEnds) {
   const std::shared_ptr<ProbeAdapter> held = registerProbe(u"a");
   registry().destroy();
@@ -177,45 +232,46 @@ TEST_F(TwoSingletons, BearAPrototypeThatChangesTheRegistryInItsEnd) {
   EXPECT_EQ(ProbeAdapter::live(), 0U);
 }
 
-// What is asked of entries without an adapter must not end the process.
+// What is asked of entries without an adapter
 
-void askEverything() {
-  const AdapterRegistryV2 registry = AdapterRegistryV2::getInstance();
-  registry.getNewCPPAdapter(u"a");
-  registry.getCPPAdapterForStaticUse(u"a");
-  registry.getCPPAdapterStaticForSource(u"x.test");
-  registry.isAdapterRegisteredByExtension(u".test");
-  registry.getAllAdapterNames();
-  registry.getDisplayList();
+/// Asks the registry for all that it knows of "a", and writes the answers down.
+Lines answersOf(const AdapterRegistryV2& registry) {
+  const auto count = [](const auto& list) { return std::to_string(list.size()); };
+  const auto word = [](bool answer) { return std::string(answer ? "yes" : "no"); };
+  return {"new: " + ProbeAdapter::labelOf(registry.getNewCPPAdapter(u"a")),
+          "prototype: " + ProbeAdapter::labelOf(registry.getCPPAdapterForStaticUse(u"a")),
+          "for x.test: " + count(registry.getCPPAdapterStaticForSource(u"x.test")),
+          "by extension: " + word(registry.isAdapterRegisteredByExtension(u".test")),
+          "names: " + count(registry.getAllAdapterNames()),
+          "to show: " + count(registry.getDisplayList()),
+          "by name: " + word(registry.isAdapterRegisteredByName(u"a"))};
+}
+
+const Lines& answersWithoutAdapters() {
+  static const Lines answers{"new: null", "prototype: null", "for x.test: 0", "by extension: no",
+                             "names: 0",  "to show: 0",      "by name: yes"};
+  return answers;
 }
 
 TEST_F(TwoSingletons, AnswerThePrototypeThatAsksForTheOthersInItsEnd) {
-  EXPECT_EXIT(
-      {
-        registerProbe(u"a");
-        registerProbe(u"b");
-        log->at("b.~", askEverything);
-        registry().destroy();
-        log->forgetActions();
-        std::_Exit(0);
-      },
-      testing::ExitedWithCode(0), "");
+  registerProbe(u"a");
+  registerProbe(u"b");
+  Lines answers;
+  log->at("b.~", [&] { answers = answersOf(registry()); });
+  registry().destroy();
+  EXPECT_EQ(answers, answersWithoutAdapters());
 }
 
 TEST_F(TwoSingletons, AnswerWhenTheEndOfTheRegistryWasUndone) {
-  EXPECT_EXIT(
-      {
-        registerProbe(u"a");
-        const AdapterRegistryV2 kept = registry();
-        {
-          const Transaction abandoned = kept.getModel().impl()->beginTransaction(false);
-          kept.destroy();
-        }
-        if (!kept.isAlive()) std::_Exit(1);
-        askEverything();
-        std::_Exit(0);
-      },
-      testing::ExitedWithCode(0), "");
+  registerProbe(u"a");
+  const AdapterRegistryV2 kept = registry();
+  {
+    const Transaction abandoned = kept.getModel().impl()->beginTransaction(false);
+    kept.destroy();
+  }
+  ASSERT_TRUE(kept.isAlive());
+  EXPECT_EQ(answersOf(kept), answersWithoutAdapters());
+  EXPECT_EQ(calls(), Lines{"a.~"});
 }
 
 TEST_F(TwoSingletons, ComeBackWithTheirEntriesAndWithoutAdaptersWhenTheEndOfTheRegistryIsUndone) {
@@ -229,6 +285,20 @@ TEST_F(TwoSingletons, ComeBackWithTheirEntriesAndWithoutAdaptersWhenTheEndOfTheR
   EXPECT_TRUE(kept.isAlive());
   EXPECT_EQ(calls(), Lines{"a.~"});
   EXPECT_EQ(stateOfBroker(), Lines{"registered a: null"});
+}
+
+TEST_F(TwoSingletons, ComeBackWithoutAPrototypeThatAnotherUnregisteredInItsEnd) {
+  registerProbe(u"a");
+  registerProbe(u"b");
+  const AdapterRegistryV2 kept = registry();
+  log->at("a.~", [&] { EXPECT_TRUE(kept.unregisterCPPAdapter(u"b")); });
+  {
+    const Transaction abandoned = kept.getModel().impl()->beginTransaction(false);
+    kept.destroy();
+  }
+  EXPECT_EQ(log->actionsLeft(), 0U);
+  EXPECT_EQ(calls(), (Lines{"a.~", "b.~"}));
+  EXPECT_EQ(stateOfBroker(), (Lines{"registered a: null", "registered b: null"}));
 }
 
 }  // namespace

@@ -75,11 +75,19 @@ class TestV2AdapterTest : public support::BrokerTest {
                              ChangeReport::create(model), error);
   }
 
+  /// States a failure in the error, which an operation must leave as it is.
+  void stateFailure() { error.setError(AdapterDiagnostic::HardError, u"m", u"n", u"s"); }
+
+  /// Describes the error.
+  std::string stated() const { return contentsOf(model).at(1); }
+
   const Model model = Model::create();
   const DataContainer container = DataContainer::create(model);
   AdapterError error = AdapterError::create(model);
   TestV2Adapter adapter;
 };
+
+const std::string failure = "AdapterError Diagnostic=6 ErrorMessage='m' Adapter='n' SourceFile='s'";
 
 TEST(TestV2AdapterClass, DerivesFromTheContractInPrivate) {
   EXPECT_TRUE((std::is_base_of_v<CPPAdapterV2, TestV2Adapter>));
@@ -198,6 +206,27 @@ TEST_F(TestV2AdapterTest, LeavesAllAloneThatItIsGivenToWrite) {
   EXPECT_TRUE(adapter.writeData(workspace, workspace, container.getMetaDataCacheMutable(), diff, error));
   EXPECT_EQ(contentsOf(workspace), Lines{"former: 1x1 double = 1"});
   EXPECT_EQ(watch.transactions(), 0U);
+}
+
+// The error is none of its business
+
+TEST_F(TestV2AdapterTest, LeavesTheErrorOfAReadAsItIs) {
+  stateFailure();
+  read();
+  EXPECT_EQ(stated(), failure);
+}
+
+TEST_F(TestV2AdapterTest, LeavesTheErrorOfAWriteAsItIs) {
+  stateFailure();
+  EXPECT_TRUE(write());
+  EXPECT_EQ(stated(), failure);
+}
+
+TEST_F(TestV2AdapterTest, LeavesTheErrorOfConditionalDataAsItIs) {
+  stateFailure();
+  EXPECT_TRUE(adapter.getConditionalData(inCreateWorkspace(1), ConditionControlChangeReport::create(model),
+                                         u"", error));
+  EXPECT_EQ(stated(), failure);
 }
 
 // Conditional data

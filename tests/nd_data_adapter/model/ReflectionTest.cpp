@@ -1,8 +1,10 @@
+#include "nd_data_adapter/builtin_adapters/TestV2Adapter.h"
 #include "nd_data_adapter/model/AdapterCacheV2.h"
 #include "nd_data_adapter/model/AdapterConfig.h"
 #include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "platform/host/Workspace.h"
+#include "platform/host/hv.h"
 #include "tests/nd_data_adapter/model/ModelTest.h"
 
 using namespace model_test;
@@ -51,12 +53,26 @@ TEST(Reflection, ReachesEverySingleValueAsTheAccessorsDo) {
 
   const MetaDataEntry metadata = MetaDataEntry::create(model);
   expectBothWays(metadata, u"name", std::u16string(u"unit"), &MetaDataEntry::name);
+  EXPECT_EQ(metadata.impl()->getName(), u"unit");
 
   const DataContainer container = DataContainer::create(model);
-  const boost::shared_ptr<inWorkSpace_tag> one = inCreateWorkspace(), two = inCreateWorkspace();
+  const boost::shared_ptr<inWorkSpace_tag> one = inCreateWorkspace(1), two = inCreateWorkspace(1);
   expectBothWays(container, u"DataCache", one, &DataContainer::dataCache);
   expectBothWays(container, u"ConditionalCache", two, &DataContainer::conditionalCache);
   expectBothWays(container, u"DataModel", Model::create(), &DataContainer::dataModel);
+}
+
+TEST(Reflection, ReachesTheAdapterOfAnEntry) {
+  const Model model = Model::create();
+  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model);
+  const std::shared_ptr<CPPAdapterV2> adapter = TestV2Adapter::make();
+  expectBothWays(entry, u"Adapter", adapter, &CPPAdapterV2Entry::adapter);
+  EXPECT_EQ(raised<CannotCastIncompatibleTypes>([&] { entry.setPropertyValue(u"Adapter", Value(1)); }),
+            "CannotCastIncompatibleTypes(int; std::shared_ptr<CPPAdapterV2>)");
+  EXPECT_EQ(entry.adapter(), adapter);
+  entry.setPropertyValue(u"Adapter", Value(std::shared_ptr<CPPAdapterV2>()));
+  EXPECT_EQ(entry.adapter(), nullptr);
+  EXPECT_EQ(adapter.use_count(), 1);
 }
 
 TEST(Reflection, ReachesAContainedReference) {
@@ -70,8 +86,12 @@ TEST(Reflection, ReachesAContainedReference) {
   EXPECT_EQ(tuple.container(), entry);
   EXPECT_TRUE(entry.hasPropertyValue(u"value"));
   EXPECT_EQ(entry.getPropertyValue(u"value"), Value(tuple));
+  EXPECT_EQ(entry.impl()->getValue(), tuple);
+  EXPECT_TRUE(entry.impl()->hasValue());
   entry.setPropertyValue(u"value", Value(ModelElement()));
   EXPECT_FALSE(tuple.isAlive());
+  EXPECT_EQ(entry.impl()->getValue(), ModelElement());
+  EXPECT_FALSE(entry.impl()->hasValue());
 }
 
 TEST(Reflection, ReachesAListOfTexts) {
@@ -246,6 +266,19 @@ TEST(Invoke, CallsOperationsWithAndWithoutResult) {
   registry.impl()->getCPPRegistryMutable().add(entry);
   EXPECT_EQ(registry.invoke(u"isAdapterRegisteredByName", {Value(u"Ini")}), Value(true));
   EXPECT_EQ(registry.invoke(u"isAdapterRegisteredByName", {Value(u"ini")}), Value(false));
+}
+
+TEST(Invoke, CallsTheOperationThatEmptiesAContainer) {
+  const Model model = Model::create();
+  const DataContainer container = DataContainer::create(model);
+  const boost::shared_ptr<inWorkSpace_tag> workspace = inCreateWorkspace(1);
+  inAssignInDesiredWS(hvArrayPtr(hvCreateDoubleScalar(1)).get(), "gain", workspace);
+  container.setDataCache(workspace);
+  EXPECT_TRUE(container.invoke(u"destroyContainer", {}).isEmpty());
+  EXPECT_EQ(container.dataCache(), nullptr);
+  const hvArray* value = nullptr;
+  std::string name;
+  EXPECT_FALSE(WorkSpaceIterator(workspace, false, false, true).get_next_variable(value, name)) << name;
 }
 
 TEST(Invoke, GivesListsAsVectors) {

@@ -83,10 +83,12 @@ class SHOP_EXPORT Article::Impl : public ::lx::base::ModelElement::Impl {
 
   ::std::int32_t getNumber() const;
   void setNumber(const ::std::int32_t& value);
+  static constexpr unsigned NumberIndex = 1;
   static const ::std::int32_t& keyOfNumber(const ::lx::base::ModelElement::Impl& element) noexcept;
 
   ::std::u16string getLabel() const;
   void setLabel(const ::std::u16string& value);
+  static constexpr unsigned LabelIndex = 2;
   static const ::std::u16string& keyOfLabel(const ::lx::base::ModelElement::Impl& element) noexcept;
 
   ::shop::Size getSize() const;

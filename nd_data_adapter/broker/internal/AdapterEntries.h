@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "nd_data_adapter/model/CPPAdapterV2Entry.h"
+#include "platform/foundation/ElementMap.h"
+
+class CPPAdapterV2;
+
+namespace nd::data::adapter::detail {
+
+/// What the registry and the cache keep their adapters in: entries by key.
+using AdapterEntries = lx::base::ElementMap<std::u16string, CPPAdapterV2Entry>;
+
+/// Adds an entry for an adapter under a key that is free, in one transaction.
+void addEntry(AdapterEntries& entries, const std::u16string& key,
+              const std::shared_ptr<CPPAdapterV2>& adapter);
+
+/// Removes the entry of a key in one transaction; false if there is none. The adapter is let go of last, when
+/// nothing is open any more and its entry is gone.
+bool removeEntry(AdapterEntries& entries, const std::u16string& key);
+
+}  // namespace nd::data::adapter::detail
