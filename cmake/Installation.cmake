@@ -31,9 +31,13 @@ function(nd_install_headers)
     cmake_path(GET header PARENT_PATH place)
     install(FILES "${PROJECT_SOURCE_DIR}/${header}" DESTINATION "${ND_INSTALL_INCLUDEDIR}/${place}")
   endforeach()
-  foreach(folder IN ITEMS platform nd_data_adapter)
-    install(DIRECTORY "${PROJECT_BINARY_DIR}/generated/${folder}" DESTINATION "${ND_INSTALL_INCLUDEDIR}"
-      FILES_MATCHING PATTERN "*.h" PATTERN internal EXCLUDE)
+  # By name, since the build tree keeps what earlier descriptions made.
+  get_property(generated GLOBAL PROPERTY ND_GENERATED_HEADERS)
+  list(FILTER generated INCLUDE REGEX "^(platform|nd_data_adapter)/")
+  list(FILTER generated EXCLUDE REGEX "/internal/")
+  foreach(header IN LISTS generated)
+    cmake_path(GET header PARENT_PATH place)
+    install(FILES "${PROJECT_BINARY_DIR}/generated/${header}" DESTINATION "${ND_INSTALL_INCLUDEDIR}/${place}")
   endforeach()
 endfunction()
 

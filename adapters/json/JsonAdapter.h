@@ -29,25 +29,25 @@ class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
   std::u16string getAdapterName() override;
   std::vector<std::u16string> getSupportedExtensions() override;
 
-  /// Tells whether the source is a regular file. Rights are not looked at.
+  /// Tell whether the source is a regular file. Rights are not looked at.
   bool isSourceValid(const std::u16string& source) override;
 
-  /// Tells whether the source has the adapter's extension; the file is not looked at.
+  /// Tell whether the source has the adapter's extension; the file is not looked at.
   bool supportsReading(const std::u16string& source) override;
   bool supportsWriting(const std::u16string& source) override;
 
-  /// Binds to the source. False if its file can't be opened for reading now; the next `getData` then says
+  /// Bind to the source. False if its file can't be opened for reading now; the next `getData` then says
   /// why, unless it can be by then.
   bool open(const std::u16string& source) override;
   bool close() override;
 
-  /// Gives the checksum of the file's content as it is now; empty if the file can't be read.
+  /// Give the checksum of the file's content as it is now; empty if the file can't be read.
   std::u16string getCurrentChecksum() override;
 
-  /// Tells whether the file can be read and holds at least one variable. That takes as long as reading it.
+  /// Tell whether the file can be read and holds at least one variable. That takes as long as reading it.
   bool hasData() override;
 
-  /// Reads the file into the workspace and leaves no metadata.
+  /// Read the file into the workspace and leave no metadata.
   ///
   /// If `prevChecksum` is that of the content now, and this object has read the same content into the same
   /// workspace before, both caches are left as they are. Failures: `Inaccessible` for a file that isn't
@@ -57,7 +57,7 @@ class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
   bool getData(const Workspace& dataCache, MetaDataCache& metaDataCache, const std::u16string& prevChecksum,
                nd::data::adapter::AdapterError& error) override;
 
-  /// States `Unsupported`; nothing is written.
+  /// State `Unsupported`; nothing is written.
   bool writeData(const Workspace& dataCache, const Workspace& conditionalCache, MetaDataCache& metaDataCache,
                  const nd::data::adapter::ChangeReport& diff,
                  nd::data::adapter::AdapterError& error) override;

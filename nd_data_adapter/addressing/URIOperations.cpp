@@ -8,7 +8,7 @@ namespace {
 
 using lx::services::FileSystem;
 
-/// Gives a path in the notation of the platform; an empty one stays empty.
+/// Give a path in the notation of the platform; an empty one stays empty.
 std::u16string normalised(const std::u16string& path) {
   return path.empty() ? path : FileSystem::current().make_native_form(path, true);
 }

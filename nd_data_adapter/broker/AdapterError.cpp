@@ -14,7 +14,7 @@ struct DestroyDiagnostic {
 };
 using DiagnosticPtr = std::unique_ptr<ndsvDiagnosticImpl, DestroyDiagnostic>;
 
-/// Makes the diagnostic of one error; null if it states no failure, and then its texts aren't asked for.
+/// Make the diagnostic of one error; null if it states no failure, and then its texts aren't asked for.
 DiagnosticPtr makeDiagnostic(const AdapterError& error) {
   namespace messages = ndx::messages;
   const AdapterDiagnostic id = error.getId();

@@ -19,7 +19,7 @@ bool claims(CPPAdapterV2& adapter, const std::u16string& dottedExtension) {
   });
 }
 
-/// Lists the prototypes in the order of their names. Entries have none while the registry ends, and when its
+/// List the prototypes in the order of their names. Entries have none while the registry ends, and when its
 /// end was undone.
 std::vector<std::shared_ptr<CPPAdapterV2>> prototypesOf(const detail::AdapterEntries& entries) {
   std::vector<std::shared_ptr<CPPAdapterV2>> result;

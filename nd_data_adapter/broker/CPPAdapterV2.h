@@ -47,19 +47,19 @@ class ND_DATA_ADAPTER_EXPORT CPPAdapterV2 {
   using Workspace = boost::shared_ptr<inWorkSpace_tag>;
   using MetaDataCache = lx::base::ElementMultimap<std::u16string, nd::data::adapter::MetaDataEntry>;
 
-  /// Releases what an opening holds: a source is closed by dropping its adapter, as a rule without a call of
+  /// Release what an opening holds: a source is closed by dropping its adapter, as a rule without a call of
   /// `close`.
   virtual ~CPPAdapterV2();
 
-  /// Makes a fresh, unopened adapter of the same kind. It has the state that the kind needs to work, and
+  /// Make a fresh, unopened adapter of the same kind. It has the state that the kind needs to work, and
   /// nothing that this object has from an opening. The caller owns the result; if it is null, the source
   /// isn't opened.
   virtual CPPAdapterV2* clone() = 0;
 
-  /// Gives the unique name under which the adapter is registered. It must stay the same.
+  /// Give the unique name under which the adapter is registered. It must stay the same.
   virtual std::u16string getAdapterName() = 0;
 
-  /// Lists the file extensions that the adapter claims, each with its leading dot. They are matched without
+  /// List the file extensions that the adapter claims, each with its leading dot. They are matched without
   /// regard to case and to canonically equal spellings.
   virtual std::vector<std::u16string> getSupportedExtensions() = 0;
 
@@ -67,60 +67,60 @@ class ND_DATA_ADAPTER_EXPORT CPPAdapterV2 {
   /// compared exactly.
   virtual std::u16string getSectionName();
 
-  /// Tells whether the source exists for this adapter. Asked of the prototype, with nothing open.
+  /// Tell whether the source exists for this adapter. Asked of the prototype, with nothing open.
   virtual bool isSourceValid(const std::u16string& source) = 0;
 
-  /// Tells whether the adapter can read the source. Asked of the prototype.
+  /// Tell whether the adapter can read the source. Asked of the prototype.
   virtual bool supportsReading(const std::u16string& source) = 0;
 
-  /// Tells whether the adapter can write the source. Asked of the prototype.
+  /// Tell whether the adapter can write the source. Asked of the prototype.
   virtual bool supportsWriting(const std::u16string& source) = 0;
 
-  /// Binds this object to the source. The answer becomes that of `AdapterManagerV2::openSource`; after false
+  /// Bind this object to the source. The answer becomes that of `AdapterManagerV2::openSource`; after false
   /// the opening stands all the same, so that the next read can say what is wrong.
   virtual bool open(const std::u16string& source) = 0;
 
-  /// Ends the opening. Called only when the whole cache of opened sources goes away.
+  /// End the opening. Called only when the whole cache of opened sources goes away.
   virtual bool close() = 0;
 
-  /// Lists the other sources on which the open source depends; none unless overridden.
+  /// List the other sources on which the open source depends; none unless overridden.
   virtual std::vector<std::u16string> getExternalSources();
 
-  /// Gives a text that changes when the content of the open source changes. The broker does not interpret it.
+  /// Give a text that changes when the content of the open source changes. The broker does not interpret it.
   virtual std::u16string getCurrentChecksum() = 0;
 
-  /// Tells whether the open source holds data. The broker does not ask.
+  /// Tell whether the open source holds data. The broker does not ask.
   virtual bool hasData() = 0;
 
-  /// Fills `dataCache` with the variables of the open source and `metaDataCache` with its metadata.
+  /// Fill `dataCache` with the variables of the open source and `metaDataCache` with its metadata.
   ///
   /// `prevChecksum` is the checksum that the client saw last, empty if none. A file adapter replaces all of
   /// both caches, and only once its read has succeeded.
   virtual bool getData(const Workspace& dataCache, MetaDataCache& metaDataCache,
                        const std::u16string& prevChecksum, nd::data::adapter::AdapterError& error) = 0;
 
-  /// Writes what `diff` names to the open source, taking the values from the caches. An empty `diff` means
+  /// Write what `diff` names to the open source, taking the values from the caches. An empty `diff` means
   /// that it is not known what changed. A failure is stated in `error`.
   virtual bool writeData(const Workspace& dataCache, const Workspace& conditionalCache,
                          MetaDataCache& metaDataCache, const nd::data::adapter::ChangeReport& diff,
                          nd::data::adapter::AdapterError& error) = 0;
 
-  /// Tells whether the data depends on condition controls; false unless overridden.
+  /// Tell whether the data depends on condition controls; false unless overridden.
   virtual bool hasVariants();
 
   /// Names the condition controls; none unless overridden.
   virtual std::vector<std::u16string> getVariantControls();
 
-  /// Brings `conditionalCache` up to date for the controls that `cccr` reports changed.
+  /// Bring `conditionalCache` up to date for the controls that `cccr` reports changed.
   ///
   /// Unless overridden: clears the workspace, states `Unsupported` with empty texts, and answers false.
   virtual bool getConditionalData(const Workspace& conditionalCache,
                                   const nd::data::adapter::ConditionControlChangeReport& cccr,
                                   const std::u16string& prevChecksum, nd::data::adapter::AdapterError& error);
 
-  /// Tells the kind of adapter that `AdapterConfig` reports; `AdapterType::CPPAdapter` unless overridden.
+  /// Tell the kind of adapter that `AdapterConfig` reports; `AdapterType::CPPAdapter` unless overridden.
   virtual nd::data::adapter::AdapterType getType();
 
-  /// Tells whether the adapter can work now; true unless overridden. The broker does not ask.
+  /// Tell whether the adapter can work now; true unless overridden. The broker does not ask.
   virtual bool isReady();
 };

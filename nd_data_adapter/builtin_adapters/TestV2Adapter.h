@@ -13,7 +13,7 @@
 /// asked what, and delivers the counts as its data, so that a reader sees which operations the broker made.
 class ND_DATA_ADAPTER_EXPORT TestV2Adapter final : private CPPAdapterV2 {
  public:
-  /// Makes an adapter with all counters at zero.
+  /// Make an adapter with all counters at zero.
   static std::shared_ptr<CPPAdapterV2> make();
 
   TestV2Adapter();
@@ -30,11 +30,11 @@ class ND_DATA_ADAPTER_EXPORT TestV2Adapter final : private CPPAdapterV2 {
   bool close() override;
   std::vector<std::u16string> getExternalSources() override;
 
-  /// Gives the sum of all counters, this call counted, so that no two calls give the same.
+  /// Give the sum of all counters, this call counted, so that no two calls give the same.
   std::u16string getCurrentChecksum() override;
   bool hasData() override;
 
-  /// Assigns an int32 scalar for each counter, this call counted, under the name of its operation.
+  /// Assign an int32 scalar for each counter, this call counted, under the name of its operation.
   bool getData(const boost::shared_ptr<inWorkSpace_tag>& dataCache,
                lx::base::ElementMultimap<std::u16string, nd::data::adapter::MetaDataEntry>& metaDataCache,
                const std::u16string& prevChecksum, nd::data::adapter::AdapterError& error) override;
@@ -46,7 +46,7 @@ class ND_DATA_ADAPTER_EXPORT TestV2Adapter final : private CPPAdapterV2 {
   bool hasVariants() override;
   std::vector<std::u16string> getVariantControls() override;
 
-  /// Assigns the int32 scalar 10 under "VariantData".
+  /// Assign the int32 scalar 10 under "VariantData".
   bool getConditionalData(const boost::shared_ptr<inWorkSpace_tag>& conditionalCache,
                           const nd::data::adapter::ConditionControlChangeReport& cccr,
                           const std::u16string& prevChecksum,

@@ -6,19 +6,18 @@ namespace lx::base {
 
 namespace {
 
-/// Gives a builder its orchestrator for the time of a creation.
-class OrchestratorScope {
+/// Give a place another value for a time.
+template <class T>
+class Meanwhile {
  public:
-  OrchestratorScope(ModelElement::Builder::Orchestrator*& place,
-                    ModelElement::Builder::Orchestrator& orchestrator)
-      : place_(place), former_(std::exchange(place, &orchestrator)) {}
-  OrchestratorScope(const OrchestratorScope&) = delete;
-  OrchestratorScope& operator=(const OrchestratorScope&) = delete;
-  ~OrchestratorScope() { place_ = former_; }
+  Meanwhile(T& place, T value) : place_(place), former_(std::exchange(place, std::move(value))) {}
+  Meanwhile(const Meanwhile&) = delete;
+  Meanwhile& operator=(const Meanwhile&) = delete;
+  ~Meanwhile() { place_ = std::move(former_); }
 
  private:
-  ModelElement::Builder::Orchestrator*& place_;
-  ModelElement::Builder::Orchestrator* former_;
+  T& place_;
+  T former_;
 };
 
 }  // namespace
@@ -26,13 +25,17 @@ class OrchestratorScope {
 ModelElement::Builder::~Builder() = default;
 
 ModelElement ModelElement::Builder::create(const boost::uuids::uuid& uuid) {
-  if (!model_.isAlive()) {
+  return createIn(model_, uuid);
+}
+
+ModelElement ModelElement::Builder::createIn(const Model& model, const boost::uuids::uuid& uuid) {
+  if (!model.isAlive()) {
     report::invalidValue(getMetaClass().getQualifiedName() + u".Builder.create",
                          u"the builder has no living model; set one first.");
   }
-  Transaction transaction = model_.impl()->beginTransaction(false);
+  Transaction transaction = model.impl()->beginTransaction(false);
   Orchestrator orchestrator;
-  const ModelElement element = createWithin(orchestrator, model_, uuid);
+  const ModelElement element = createWithin(orchestrator, model, uuid);
   orchestrator.commit();
   transaction.commit();
   return element;
@@ -40,14 +43,15 @@ ModelElement ModelElement::Builder::create(const boost::uuids::uuid& uuid) {
 
 ModelElement ModelElement::Builder::createWithin(Orchestrator& orchestrator, const Model& model,
                                                  const boost::uuids::uuid& uuid) {
-  model_ = model;
-  const OrchestratorScope scope(orchestrator_, orchestrator);
+  const Meanwhile<Model> there(model_, model);
+  const Meanwhile<Orchestrator*> scope(orchestrator_, &orchestrator);
   return doCreate(false, uuid);
 }
 
 ModelElement::Builder::Orchestrator& ModelElement::Builder::orchestrator() const {
   if (orchestrator_ == nullptr) {
-    report::invalidValue("ModelElement.Builder.doCreate", "no creation is under way; call create.");
+    report::invalidValue(getMetaClass().getQualifiedName() + u".Builder.doCreate",
+                         u"no creation is under way; call create.");
   }
   return *orchestrator_;
 }

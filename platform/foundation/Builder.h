@@ -29,34 +29,37 @@ class ND_PLATFORM_EXPORT ModelElement::Builder {
   Builder& operator=(const Builder&) = default;
   virtual ~Builder();
 
-  /// Gives the class of the elements that the builder makes.
+  /// Give the class of the elements that the builder makes.
   virtual meta::Class getMetaClass() const = 0;
 
-  /// Sets a property, or adds to a list: a value, or an element that is to be contained.
+  /// Set a property, or adds to a list: a value, or an element that is to be contained.
   /// Raises `NoSuchType` for a property of another class, `CannotCastIncompatibleTypes` for another type.
   virtual void setOrAdd(const meta::Property& property, const Value& value) = 0;
 
-  /// Sets or adds what a child builder is to make. Raises `CannotAddSecondObject` for a second child of a
+  /// Set or adds what a child builder is to make. Raises `CannotAddSecondObject` for a second child of a
   /// property that holds one, `InvalidValue` for a property that contains nothing.
   virtual void setOrAdd(const meta::Property& property, std::unique_ptr<Builder> child) = 0;
 
-  /// Makes the element, or gives the one that this builder's orchestrator has already. True defers its
-  /// announcement to the orchestrator's commit.
+  /// Make the element, or gives the one that this builder's orchestrator has already. True defers its
+  /// announcement, and the adding to its container, to the orchestrator's commit.
   virtual ModelElement doCreate(bool defer, const boost::uuids::uuid& uuid) = 0;
 
   void setModel(const Model& model) { model_ = model; }
   const Model& getModel() const noexcept { return model_; }
 
-  /// Makes an element with all that it is to contain, in one transaction. Raises `InvalidValue` without a
+  /// Make an element with all that it is to contain, in one transaction. Raises `InvalidValue` without a
   /// model.
   ModelElement create(const boost::uuids::uuid& uuid = {});
 
-  /// Makes the element as a part of what an orchestrator makes, in its model.
+  /// Do so in a model that the builder has for the time of the creation only.
+  ModelElement createIn(const Model& model, const boost::uuids::uuid& uuid = {});
+
+  /// Make the element as a part of what an orchestrator makes, in a model that the builder has meanwhile.
   ModelElement createWithin(Orchestrator& orchestrator, const Model& model,
                             const boost::uuids::uuid& uuid = {});
 
  protected:
-  /// Gives the orchestrator of the creation that is under way. Raises `InvalidValue` if none is.
+  /// Give the orchestrator of the creation that is under way. Raises `InvalidValue` if none is.
   Orchestrator& orchestrator() const;
 
  private:
@@ -67,15 +70,15 @@ class ND_PLATFORM_EXPORT ModelElement::Builder {
 /// Keeps, during one creation, which builder has made which element, so that each makes one.
 class ND_PLATFORM_EXPORT ModelElement::Builder::Orchestrator {
  public:
-  /// Gives the element that a builder has made and finished; a null handle if it hasn't.
+  /// Give the element that a builder has made and finished; a null handle if it hasn't.
   ModelElement getCreatedElement(const Builder& builder) const;
 
   void add(const Builder& builder, const ModelElement& element);
 
-  /// Keeps the rest of a creation until the commit.
+  /// Keep the rest of a creation until the commit.
   void defer(std::function<void()> rest);
 
-  /// Does what was deferred, in its order.
+  /// Do what was deferred, in its order.
   void commit();
 
  private:
@@ -83,7 +86,11 @@ class ND_PLATFORM_EXPORT ModelElement::Builder::Orchestrator {
   std::vector<std::function<void()>> deferred_;
 };
 
-/// Carries a copy of a builder by value, whatever its class.
+/// Carry a copy of a builder by value, whatever its class.
+///
+/// Copies of a wrapper share what they carry, so that they are one builder within a creation: given twice,
+/// they make one element, which the last place gets. A builder that is given twice is wrapped twice and makes
+/// two.
 class ND_PLATFORM_EXPORT ModelElement::BuilderWrapper {
  public:
   template <class B, class = std::enable_if_t<std::is_base_of_v<Builder, B>>>
@@ -93,6 +100,9 @@ class ND_PLATFORM_EXPORT ModelElement::BuilderWrapper {
 
   void setModel(const Model& model) { builder_->setModel(model); }
   ModelElement create(const boost::uuids::uuid& uuid) { return builder_->create(uuid); }
+  ModelElement createIn(const Model& model, const boost::uuids::uuid& uuid) {
+    return builder_->createIn(model, uuid);
+  }
   const std::shared_ptr<Builder>& builder() const noexcept { return builder_; }
 
  private:
@@ -174,7 +184,12 @@ void createGathered(const BuilderChildren& gathered, Slot& field,
   for (const BuilderChild& child : gathered) {
     const ModelElement element =
         child.builder ? child.builder->createWithin(orchestrator, field.getModel()) : child.element;
-    field.add(typename Slot::Element(checkedElement<typename Slot::Element>(field, element)));
+    const typename Slot::Element checked(checkedElement<typename Slot::Element>(field, element));
+    const bool isAnnounced = !child.builder || !checked || checked.isAlive();
+    if (isAnnounced)
+      field.add(checked);
+    else
+      orchestrator.defer([&field, owner = ModelElement(&field.owner()), checked] { field.add(checked); });
   }
 }
 template <class T, class FieldT>
@@ -235,7 +250,7 @@ struct BuilderTable {
 
 namespace detail {
 
-/// Gathers by a property that must be one of the builder's class.
+/// Gather by a property that must be one of the builder's class.
 template <class ValuesT, class Content>
 void setOrAdd(const ModelElement::Builder& builder, ValuesT& values, const meta::Property& property,
               Content&& content) {
@@ -245,7 +260,7 @@ void setOrAdd(const ModelElement::Builder& builder, ValuesT& values, const meta:
   }
 }
 
-/// Makes an element of what a builder has gathered.
+/// Make an element of what a builder has gathered.
 template <class E, class ValuesT>
 ModelElement build(const ModelElement::Builder& builder, const ValuesT& values,
                    ModelElement::Builder::Orchestrator& orchestrator, bool defer,

@@ -12,9 +12,14 @@ void ContainedReferenceCore::setElement(ModelElement::Impl* child) {
   Transaction transaction = owner().modelImpl()->beginTransaction(false);
   // The child may hang below the element that it replaces, so that it is taken out before that is destroyed.
   if (child != nullptr && child->containmentSlot() != nullptr) child->containmentSlot()->takeOut(*child);
-  if (target_ != nullptr) target_->destroy();
-  if (target_ != nullptr) takeOut(*target_);  // its destruction is under way and comes to its end elsewhere
-  if (child != nullptr) {
+  while (target_ != nullptr && target_ != child) {  // what is destroyed may have put an heir into its place
+    owner().checkWritable(index());
+    if (target_->isBeingDestroyed())
+      takeOut(*target_);  // comes to its end where its destruction was begun
+    else
+      target_->destroy();
+  }
+  if (child != target_) {
     checkAddable(child);
     moveIn(*child, [&] {
       Operation operation(*this);

@@ -18,10 +18,10 @@ class ND_PLATFORM_EXPORT ContainedReferenceCore : public ContainmentSlot {
 
   ModelElement::Impl* target() const noexcept { return owner().isAlive() ? target_ : nullptr; }
 
-  /// Puts an element here, or none. The one that was here is destroyed in the same transaction.
+  /// Put an element here, or none. The one that was here is destroyed in the same transaction.
   void setElement(ModelElement::Impl* child);
 
-  /// Raises `CannotAddSecondObject` if an element is here.
+  /// Raise `CannotAddSecondObject` if an element is here.
   void checkVacant() const;
 
   void takeOut(ModelElement::Impl& child) override;
@@ -52,14 +52,14 @@ class ContainedReference : public detail::ContainedReferenceCore {
   using Element = E;
   using detail::ContainedReferenceCore::ContainedReferenceCore;
 
-  /// Gives the element; a null handle if there is none.
+  /// Give the element; a null handle if there is none.
   E get() const { return E(static_cast<typename E::Impl*>(target())); }
 
-  /// Puts an element here, or none for a null handle. The one that was here is destroyed in the same
+  /// Put an element here, or none for a null handle. The one that was here is destroyed in the same
   /// transaction. Raises what `ElementSequence` says of adding.
   void set(const E& element) { setElement(element.impl()); }
 
-  /// Puts an element here; raises `CannotAddSecondObject` if there is one.
+  /// Put an element here; raises `CannotAddSecondObject` if there is one.
   void add(const E& element) {
     checkVacant();
     setElement(element.impl());

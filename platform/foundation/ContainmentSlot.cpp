@@ -1,5 +1,7 @@
 #include "platform/foundation/ContainmentSlot.h"
 
+#include <functional>
+
 #include "platform/foundation/Report.h"
 #include "platform/foundation/meta/Meta.h"
 
@@ -26,6 +28,21 @@ void ContainmentSlot::checkAddable(const ModelElement::Impl* child) const {
           owner().nameOfProperty(index()),
           u"the element contains the one it would be put into; an element can't contain itself.");
     }
+  }
+}
+
+void ContainmentSlot::checkReplacement(const std::vector<ModelElement>& elements) const {
+  std::vector<const ModelElement::Impl*> children;
+  for (const ModelElement& element : elements) {
+    checkAddable(element.impl());
+    for (const ModelElement::Impl* each = element.impl(); each != nullptr; each = each->container()) {
+      if (each->containmentSlot() == this) report::cannotAddNonExistentObject(owner(), index());
+    }
+    children.push_back(element.impl());
+  }
+  std::sort(children.begin(), children.end(), std::less<>());
+  if (std::adjacent_find(children.begin(), children.end()) != children.end()) {
+    report::invalidValue(owner().nameOfProperty(index()), u"the list names an element twice; name it once.");
   }
 }
 

@@ -23,13 +23,13 @@ class ND_PLATFORM_EXPORT AbstractOwnedCollection {
   unsigned index() const noexcept { return index_; }
   meta::Property getCollectionProperty() const;
 
-  /// Gives the model of the elements, in which new ones are to be made.
+  /// Give the model of the elements, in which new ones are to be made.
   Model getModel() const { return owner_->getModel(); }
 
-  /// Says that the collection is about to change.
+  /// Say that the collection is about to change.
   void modifying() { owner_->notifyModifying(index_); }
 
-  /// Counts the changes, so that who walks over the collection can see that it changed.
+  /// Count the changes, so that who walks over the collection can see that it changed.
   std::uint32_t stamp() const noexcept { return stamp_; }
 
  protected:
@@ -69,23 +69,27 @@ class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
       : AbstractOwnedCollection(owner, index) {}
   virtual ~ContainmentSlot();
 
-  /// Takes a child out, within a transaction, without destroying it; its container is then none.
+  /// Take a child out, within a transaction, without destroying it; its container is then none.
   virtual void takeOut(ModelElement::Impl& child) = 0;
 
-  /// Gives the index of the children's property by whose value they are kept, 0 for a slot without key.
+  /// Give the index of the children's property by whose value they are kept, 0 for a slot without key.
   virtual unsigned keyIndex() const noexcept;
 
   static constexpr bool isComposite() noexcept { return true; }
 
-  /// Raises unless the child is of the model of the owner.
+  /// Raise unless the child is of the model of the owner.
   void checkCompatibleModel(const ModelElement::Impl& child) const;
 
+  /// Raise unless all elements of a list can take the place of what the slot holds: each can go into it,
+  /// stands in the list once, and doesn't go with what the slot holds now (`CannotAddNonExistentObject`).
+  void checkReplacement(const std::vector<ModelElement>& elements) const;
+
  protected:
-  /// Raises unless the child can go into this slot: it is there and loaded, of this model, and doesn't
+  /// Raise unless the child can go into this slot: it is there and loaded, of this model, and doesn't
   /// contain the owner.
   void checkAddable(const ModelElement::Impl* child) const;
 
-  /// Runs an insertion of the child, which is taken out of its former container in the same transaction.
+  /// Run an insertion of the child, which is taken out of its former container in the same transaction.
   template <class Insertion>
   void moveIn(ModelElement::Impl& child, Insertion insert) {
     if (child.containmentSlot() == nullptr) return insert();
@@ -153,7 +157,7 @@ class JournalMark {
   const typename Core::Change* top_ = nullptr;
 };
 
-/// Tells whether a journal's changes down to a mark cancel each other out in number, element by element.
+/// Tell whether a journal's changes down to a mark cancel each other out in number, element by element.
 /// `delta` gives the element that a change concerns and +1, -1 or 0.
 template <class Change, class Delta>
 bool membershipIsUnchanged(const Change* top, const Change* mark, Delta delta) {

@@ -4,10 +4,10 @@
 
 namespace lx::base::detail {
 
-/// Raises `InvalidValue` that names the operation if the model is null or gone.
+/// Raise `InvalidValue` that names the operation if the model is null or gone.
 ND_PLATFORM_EXPORT void checkModel(const char* operation, const Model& model);
 
-/// Makes an element in a model, in one transaction; an exception leaves nothing of it.
+/// Make an element in a model, in one transaction; an exception leaves nothing of it.
 template <class E>
 E createElement(const char* operation, const Model& model, const boost::uuids::uuid& uuid) {
   checkModel(operation, model);

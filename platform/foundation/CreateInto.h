@@ -8,16 +8,15 @@
 
 namespace lx::base::detail {
 
-/// Makes an element from a builder and puts it into a collection, in one transaction; an exception leaves
+/// Make an element from a builder and put it into a collection, in one transaction; an exception leaves
 /// neither.
 template <class E, class Collection, class Builder>
 E createInto(Collection& collection, Builder builder, const boost::uuids::uuid& uuid) {
   ModelElement::Impl& owner = collection.owner();
   owner.checkWritable(collection.index());
   typename E::BuilderWrapper wrapper(std::move(builder));
-  wrapper.setModel(owner.getModel());
   Transaction transaction = owner.modelImpl()->beginTransaction(false);
-  const E child(static_cast<typename E::Impl*>(wrapper.create(uuid).impl()));
+  const E child(static_cast<typename E::Impl*>(wrapper.createIn(owner.getModel(), uuid).impl()));
   collection.add(child);
   transaction.commit();
   return child;

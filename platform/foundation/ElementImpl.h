@@ -29,16 +29,16 @@ class ND_PLATFORM_EXPORT ElementImpl {
 
   virtual ~ElementImpl();
 
-  /// Gives the model that the element belongs to, or a null handle once the element is gone.
+  /// Give the model that the element belongs to, or a null handle once the element is gone.
   virtual Model getModel() const = 0;
 
-  /// Gives the class that describes the element.
+  /// Give the class that describes the element.
   virtual meta::Class getMetaClass() const = 0;
 
-  /// Takes a reference away; with the last one the memory is freed.
+  /// Take a reference away; with the last one the memory is freed.
   virtual void removeRef() const noexcept = 0;
 
-  /// Adds a reference.
+  /// Add a reference.
   void addRef() const noexcept { ++references_; }
 
  protected:

@@ -93,14 +93,29 @@ class KeyedCollectionCore : public ContainmentSlot {
     operation.commit();
   }
 
-  /// Raises `UniquenessConstraint` if the key stands for an element already and must stand for one only.
+  /// Raise `UniquenessConstraint` if the key stands for an element already and must stand for one only.
   void checkFree(const K& key) const {
     if (!isUnique_ || nodes_.find(key, nodes_.key_comp()) == nodes_.end()) return;
     using meta::detail::toText;
     report::uniquenessConstraint(owner(), index(), toText(key));
   }
 
-  /// Gives a child its new key by `assign`, and the place that belongs to it, behind its equals. The caller
+  /// Raise what `ContainmentSlot::checkReplacement` says, and `UniquenessConstraint` for a key that stands
+  /// for two of the elements and must stand for one only.
+  void checkReplacement(const std::vector<ModelElement>& elements) const {
+    ContainmentSlot::checkReplacement(elements);
+    if (!isUnique_) return;
+    std::vector<const K*> keys;
+    for (const ModelElement& element : elements) keys.push_back(&keyOf_(*element.impl()));
+    std::sort(keys.begin(), keys.end(),
+              [](const K* left, const K* right) { return KeyLess<K>()(*left, *right); });
+    const auto twice = std::adjacent_find(
+        keys.begin(), keys.end(), [](const K* left, const K* right) { return !KeyLess<K>()(*left, *right); });
+    using meta::detail::toText;
+    if (twice != keys.end()) report::uniquenessConstraint(owner(), index(), toText(**twice));
+  }
+
+  /// Give a child its new key by `assign`, and the place that belongs to it, behind its equals. The caller
   /// has found that the key is free and noted the change of the child's property; `assign` must not throw.
   template <class Assign>
   void rekey(ModelElement::Impl& child, Assign assign) {
@@ -115,7 +130,7 @@ class KeyedCollectionCore : public ContainmentSlot {
     operation.commit();
   }
 
-  /// Destroys all elements, in one transaction.
+  /// Destroy all elements, in one transaction.
   void clear() {
     owner().checkWritable(index());
     if (nodes_.empty()) return;
@@ -223,6 +238,7 @@ class KeyedCollectionCore : public ContainmentSlot {
 
   std::vector<ModelElement> elementsAt(const Change* mark) const {
     std::vector<const Node*> order;
+    order.reserve(nodes_.size());
     for (const Node& node : nodes_) order.push_back(&node);
     for (const Change* change = journal_.top(); change != nullptr && change != mark; change = change->below) {
       if (change->kind != Change::Kind::Erased) std::erase(order, change->node);
@@ -232,6 +248,7 @@ class KeyedCollectionCore : public ContainmentSlot {
       order.insert(place, change->node);
     }
     std::vector<ModelElement> result;
+    result.reserve(order.size());
     for (const Node* node : order) result.emplace_back(node->element);
     return result;
   }
@@ -264,17 +281,17 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
   KeyedCollection(ModelElement::Impl& owner, unsigned index, unsigned keyIndex, typename Core::KeyOf keyOf)
       : Core(owner, index, keyIndex, keyOf, Unique) {}
 
-  /// Puts an element where its key belongs, behind its equals.
+  /// Put an element where its key belongs, behind its equals.
   void add(const E& element) { this->insertElement(element.impl()); }
 
-  /// Makes an element from a builder and puts it where its key belongs, in one transaction. Gives the
+  /// Make an element from a builder and put it where its key belongs, in one transaction. Gives the
   /// element.
   template <class Builder>
   E createInto(Builder builder, const boost::uuids::uuid& uuid = {}) {
     return detail::createInto<E>(*this, std::move(builder), uuid);
   }
 
-  /// Finds the first element under a key; a null handle if there is none.
+  /// Find the first element under a key; a null handle if there is none.
   E find(const K& key) const {
     const typename Core::Node* const node = this->lowerBound(key);
     return node == nullptr || detail::KeyLess<K>()(key, this->keyAt(node)) ? E() : atPosition(node);
@@ -285,7 +302,7 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
     return element.isAlive() && element.impl()->containmentSlot() == this;
   }
 
-  /// Lists all elements under a key, in the order of their adding.
+  /// List all elements under a key, in the order of their adding.
   std::vector<E> findAll(const K& key) const {
     std::vector<E> result;
     const typename Core::Node* const end = this->upperBound(key);
@@ -295,13 +312,13 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
     return result;
   }
 
-  /// Gives the element with the lowest key; a null handle if there is none.
+  /// Give the element with the lowest key; a null handle if there is none.
   E first() const { return atPosition(this->firstNode()); }
 
-  /// Finds the first element whose key is greater; a null handle if there is none.
+  /// Find the first element whose key is greater; a null handle if there is none.
   E findGreater(const K& key) const { return atPosition(this->upperBound(key)); }
 
-  /// Lists the keys in their order.
+  /// List the keys in their order.
   std::vector<K> keys() const {
     std::vector<K> result;
     for (const auto* node = this->firstNode(); node != nullptr; node = this->nextPosition(node)) {
@@ -310,8 +327,9 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
     return result;
   }
 
-  /// Destroys an element of the collection; false if it holds no such element.
+  /// Destroy an element of the collection; false if it holds no such element.
   bool remove(const E& element) {
+    this->owner().checkWritable(this->index());
     if (!contains(element)) return false;
     element.destroy();
     return true;

@@ -30,7 +30,7 @@ class ND_PLATFORM_EXPORT ElementSequenceCore : public ContainmentSlot {
   void insertElement(std::size_t position, ModelElement::Impl* child);
   void takeOut(ModelElement::Impl& child) override;
 
-  /// Destroys all elements, in one transaction.
+  /// Destroy all elements, in one transaction.
   void clear();
 
   Journal<Change>& journal() noexcept { return journal_; }
@@ -71,7 +71,7 @@ class ElementSequence : public detail::ElementSequenceCore {
   using iterator = CollectionIterator<ElementSequence>;
   using detail::ElementSequenceCore::ElementSequenceCore;
 
-  /// Gives an element by its position, from 0; raises `InvalidValue` behind the end.
+  /// Give an element by its position, from 0; raises `InvalidValue` behind the end.
   E at(std::size_t position) const {
     if (position >= size()) {
       report::invalidValue(owner().nameOfProperty(index()), u"there is no element at this position.");
@@ -79,14 +79,15 @@ class ElementSequence : public detail::ElementSequenceCore {
     return atPosition(position);
   }
 
-  /// Puts an element behind the last one.
+  /// Put an element behind the last one.
   void add(const E& element) { insertElement(elements().size(), element.impl()); }
 
-  /// Puts an element before the one at the position; raises `InvalidValue` if that lies behind the end.
+  /// Put an element before the one at the position; raises `InvalidValue` if that lies behind the end.
   void insert(std::size_t position, const E& element) { insertElement(position, element.impl()); }
 
-  /// Destroys an element of the collection; false if it holds no such element.
+  /// Destroy an element of the collection; false if it holds no such element.
   bool remove(const E& element) {
+    owner().checkWritable(index());
     if (!contains(element)) return false;
     element.destroy();
     return true;

@@ -14,11 +14,11 @@ struct EnumText {
   std::int32_t value;
 };
 
-/// Gives the name of a literal. Raises `InvalidValue` that names the enumeration for a number that is none.
+/// Give the name of a literal. Raises `InvalidValue` that names the enumeration for a number that is none.
 ND_PLATFORM_EXPORT std::u16string literalName(const char16_t* enumeration, std::span<const EnumText> literals,
                                               std::int32_t value);
 
-/// Gives the number of a literal. Raises `InvalidValue` that names the enumeration for a name that is none.
+/// Give the number of a literal. Raises `InvalidValue` that names the enumeration for a name that is none.
 ND_PLATFORM_EXPORT std::int32_t literalValue(const char16_t* enumeration, std::span<const EnumText> literals,
                                              const std::u16string& name);
 

@@ -17,7 +17,7 @@ namespace lx::base {
 
 namespace detail {
 
-/// Gives an element as one of the class that a property takes; raises `CannotAddIncompatibleTypes`.
+/// Give an element as one of the class that a property takes; raises `CannotAddIncompatibleTypes`.
 template <class E>
 typename E::Impl* checkedElement(const AbstractOwnedCollection& property, const ModelElement& element) {
   auto* const impl = dynamic_cast<typename E::Impl*>(element.impl());
@@ -41,18 +41,22 @@ void setFromValue(ImplT&, ContainedReference<E>& field, void (ImplT::*)(const E&
   field.setElement(checkedElement<E>(field, value.as<ModelElement>()));
 }
 
-/// Replaces what a collection contains: the former elements are destroyed, the new ones put in, in their
-/// order. A list that is there already stays; one that names some of it raises
-/// `CannotAddNonExistentObject`.
+/// Replace what a collection contains: the former elements are destroyed, the new ones put in, in their
+/// order. A list that is there already stays. One that names some of it raises `CannotAddNonExistentObject`,
+/// one that names an element twice `InvalidValue`; what else adding raises is raised likewise before any
+/// element has been told that it is about to be destroyed.
 template <class Collection>
 void replaceElements(Collection& field, const std::vector<ModelElement>& elements) {
   field.owner().checkWritable(field.index());
   if (field.toValue() == Value(elements)) return;
+  std::vector<typename Collection::Element> next;
+  for (const ModelElement& element : elements) {
+    next.emplace_back(checkedElement<typename Collection::Element>(field, element));
+  }
+  field.checkReplacement(elements);
   Transaction transaction = field.owner().modelImpl()->beginTransaction(false);
   field.clear();
-  for (const ModelElement& element : elements) {
-    field.add(typename Collection::Element(checkedElement<typename Collection::Element>(field, element)));
-  }
+  for (const auto& element : next) field.add(element);
   transaction.commit();
 }
 template <class ImplT, class Collection>
@@ -81,15 +85,16 @@ struct Field {
     return storage.*Old;
   }
   template <class ImplT>
-  static void set(ImplT& self, const Value& value) {
-    using Setters = decltype(Setter);
-    constexpr bool isValue =
-        !std::is_base_of_v<AbstractOwnedCollection, std::remove_reference_t<decltype(self.*Member)>>;
-    if constexpr (isValue && std::is_null_pointer_v<Setters>) {
-      static_cast<void>(value);  // a property without setter was refused before
-    } else {
-      detail::setFromValue(self, self.*Member, Setters(Setter), value);
-    }
+  static void set([[maybe_unused]] ImplT& self, const meta::Property& property,
+                  [[maybe_unused]] const Value& value) {
+    property.checkSettable();
+    using MemberT = std::remove_reference_t<decltype(self.*Member)>;
+    constexpr bool isCollection = std::is_base_of_v<AbstractOwnedCollection, MemberT> &&
+                                  !std::is_base_of_v<detail::ContainedReferenceCore, MemberT>;
+    if constexpr (!isCollection && std::is_null_pointer_v<decltype(Setter)>)
+      report::cannotSetReadOnlyProperty(property);
+    else
+      detail::setFromValue(self, self.*Member, Setter, value);
   }
 };
 
@@ -97,10 +102,18 @@ struct Field {
 /// superclass are its own table's.
 template <class... Fields>
 struct FieldTable {
-  /// Calls f with the field of the index; false if the class adds no such property.
+  /// Call f with the field of the index; false if the class adds no such property.
   template <class F>
   static bool withField([[maybe_unused]] unsigned index, [[maybe_unused]] F f) {
     return ((Fields::index == index ? (f(Fields()), true) : false) || ...);
+  }
+
+  /// Call f with the field of a property; false if the class adds no such one. The property of another class
+  /// is none, whatever its index.
+  template <class ImplT, class F>
+  static bool withProperty(const ImplT& self, const meta::Property& property, F f) {
+    const unsigned index = property.getIndex();
+    return withField(index, [](auto) {}) && self.isPropertyOfClass(property) && withField(index, f);
   }
 
   template <class ImplT, class StorageT>
@@ -154,7 +167,7 @@ struct FieldTable {
   /// one.
   template <class ImplT>
   static bool get(const ImplT& self, const meta::Property& property, Value& result) {
-    return withField(property.getIndex(), [&](auto field) {
+    return withProperty(self, property, [&](auto field) {
       const auto& member = decltype(field)::member(self);
       result = self.isAlive() ? member.toValue() : member.zeroValue();
     });
@@ -162,17 +175,14 @@ struct FieldTable {
 
   template <class ImplT>
   static bool has(const ImplT& self, const meta::Property& property, bool& result) {
-    return withField(property.getIndex(), [&](auto field) {
+    return withProperty(self, property, [&](auto field) {
       result = self.isAlive() && decltype(field)::member(self).hasValue();
     });
   }
 
   template <class ImplT>
   static bool set(ImplT& self, const meta::Property& property, const Value& value) {
-    return withField(property.getIndex(), [&](auto field) {
-      property.checkSettable();
-      decltype(field)::set(self, value);
-    });
+    return withProperty(self, property, [&](auto field) { decltype(field)::set(self, property, value); });
   }
 };
 

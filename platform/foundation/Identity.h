@@ -6,7 +6,7 @@
 
 namespace lx::base::detail {
 
-/// Gives a new random identity (RFC 4122, version 4). The generator is seeded by the system once.
+/// Give a new random identity (RFC 4122, version 4). The generator is seeded by the system once.
 ND_PLATFORM_EXPORT boost::uuids::uuid randomIdentity();
 
 }  // namespace lx::base::detail

@@ -5,7 +5,7 @@
 
 namespace lx::base::detail {
 
-/// Sets a property by which collections are keyed. In a collection that is, the element moves to where its
+/// Set a property by which collections are keyed. In a collection that is, the element moves to where its
 /// new key belongs, in the same transaction; a key that is taken raises `UniquenessConstraint` before
 /// anything changes.
 template <class K>

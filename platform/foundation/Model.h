@@ -24,7 +24,7 @@ class ND_PLATFORM_EXPORT WorkQueueFactory {
  public:
   virtual ~WorkQueueFactory();
 
-  /// Gives the factory that models get unless told otherwise.
+  /// Give the factory that models get unless told otherwise.
   static const std::shared_ptr<const WorkQueueFactory>& getDefault();
 };
 
@@ -55,22 +55,22 @@ class ND_PLATFORM_EXPORT Model {
   Model& operator=(Model&& other) noexcept;
   ~Model();
 
-  /// Makes a new, empty model.
+  /// Make a new, empty model.
   static Model create(
       const Constellation& constellation = {},
       const std::shared_ptr<const WorkQueueFactory>& factory = WorkQueueFactory::getDefault());
 
-  /// Tells whether the handle is not null. It says nothing of life: `isAlive` does.
+  /// Tell whether the handle is not null. It says nothing of life: `isAlive` does.
   explicit operator bool() const noexcept { return impl_ != nullptr; }
 
-  /// Tells whether the handle's model is there and was not destroyed.
+  /// Tell whether the handle's model is there and was not destroyed.
   bool isAlive() const noexcept;
 
-  /// Gives the model's identity, random and made when first asked for. Raises `InvalidValue` for a null
+  /// Give the model's identity, random and made when first asked for. Raises `InvalidValue` for a null
   /// handle.
   boost::uuids::uuid identifier() const;
 
-  /// Destroys the model and all of its elements now, whoever holds a handle.
+  /// Destroy the model and all of its elements now, whoever holds a handle.
   ///
   /// Passes on what an element's `aboutToDestroy` throws; the model then lives on. Raises `InvalidValue`
   /// while a transaction is open. Destroying a model that is gone does nothing.
@@ -103,10 +103,10 @@ class ND_PLATFORM_EXPORT Model::Thawer {
 /// Makes a model read-only: every mutator on it and its elements then raises `InvalidValue`.
 class ND_PLATFORM_EXPORT Model::Freezer {
  public:
-  /// Makes the model read-only. Raises `InvalidValue` for a null or dead model.
+  /// Make the model read-only. Raises `InvalidValue` for a null or dead model.
   static void freeze(const Model& model);
 
-  /// Lifts the read-only state until the result goes. A model that isn't frozen stays writable.
+  /// Lift the read-only state until the result goes. A model that isn't frozen stays writable.
   [[nodiscard]] static Thawer thaw(const Model& model);
 };
 

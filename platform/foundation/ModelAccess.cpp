@@ -1,5 +1,26 @@
-// How transactions are kept. Each open one is a level; an element that changed or was created in a level has
-// a storage there. What can throw is done before anything has changed, and undoing only swaps and relinks.
+// How transactions are kept.
+//
+// Each open transaction is a level; the levels of a model are linked from the innermost outward. Before an
+// element changes for the first time in a level, it gets a storage there, which takes the old value of each
+// property before its first change; an element's storages are linked from the innermost outward, too, and
+// `storage_` is the innermost. What can throw is done before anything has changed, and undoing only swaps and
+// relinks, so that it needs no memory.
+//
+// An element that was created in a level needs no old values: undoing lets it go. Its storage is the level's
+// `created`, one for all, whose mask has every bit set: each property counts as saved already. Elements are
+// linked in the order of their creation, so that those behind `newestBefore` are the level's own.
+//
+// When an inner level commits, it hands over: its elements become created ones of the outer level, a storage
+// moves outward unless its element has one there, and else gives it the old values that it has not; an
+// element that the outer level created drops it.
+//
+// When the outermost level commits, storages first forget what was changed and changed back; then the change
+// set is made, and from there on nothing can throw. No element has a storage any more. Those that died are
+// taken out of the model and linked in a chain of their own: observers may still ask for what they were, so
+// that they are buried, which lets go of their values, once all observers have been told. The storages go
+// last, since the change set reads old values in them. If this commit lies within a notice, whose change set
+// may reach over changes that were made since, the storages of what lives are kept until the outermost notice
+// has ended.
 
 #include <algorithm>
 
@@ -12,19 +33,6 @@ namespace lx::base {
 using detail::Level;
 
 namespace {
-
-/// Runs a step at the end of a scope, whichever way it is left.
-template <class F>
-class Finally {
- public:
-  explicit Finally(F step) : step_(std::move(step)) {}
-  Finally(const Finally&) = delete;
-  Finally& operator=(const Finally&) = delete;
-  ~Finally() { step_(); }
-
- private:
-  F step_;
-};
 
 void checkUsable(const Model::Impl& model) {
   if (!model.isAlive())
@@ -47,6 +55,7 @@ Level& ModelAccess::begin(Model::Impl& model, bool quiet) {
   level->model = &model;
   level->outer = model.top_;
   level->newestBefore = model.newest_;
+  level->toldBefore = model.told_.size();
   level->quiet = quiet;
   ++model.counters_.transactions;
   model.addRef();
@@ -90,40 +99,45 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
 
   // From here on nothing throws: the changes stand.
   const Model keep(&model);
-  Storage* saved = level.saved;
+  Storage* const saved = level.saved;
+  Element* const dead = settle(level);
+  model.top_ = nullptr;
+  recycle(level);
+  if (!changes.created_.empty() || !changes.destroyed_.empty() || changes.hasChanges_) notify(model, changes);
+  bury(dead);
+  retire(model, saved);
+}
+
+/// End the record of the outermost level: no element has a storage any more, and those that died are taken
+/// out of the model. Gives them, linked by `next_`.
+ModelAccess::Element* ModelAccess::settle(Level& level) noexcept {
   Element* dead = nullptr;
-  const auto bringOut = [&](Element& element) {
+  const auto settleOne = [&](Element& element) {
+    element.storage_ = nullptr;
+    if (element.isAlive()) return;
     unlink(element);
     element.next_ = dead;
     dead = &element;
   };
-  Element* element = level.newestBefore == nullptr ? model.oldest_ : level.newestBefore->next_;
-  while (element != nullptr) {
-    Element& created = *element;
-    element = element->next_;
-    created.storage_ = nullptr;
-    if (!created.isAlive()) bringOut(created);
+  Element* next = level.newestBefore == nullptr ? level.model->oldest_ : level.newestBefore->next_;
+  while (next != nullptr) {
+    Element& created = *next;
+    next = created.next_;
+    settleOne(created);
   }
-  for (Storage* storage = saved; storage != nullptr; storage = storage->next_) {
-    storage->element_->storage_ = nullptr;
-    if (!storage->element_->isAlive()) bringOut(*storage->element_);
+  for (Storage* storage = level.saved; storage != nullptr; storage = storage->next_) {
+    settleOne(*storage->element_);
   }
-  model.top_ = nullptr;
-  recycle(level);
-  if (!changes.created_.empty() || !changes.destroyed_.empty() || changes.hasChanges_) notify(model, changes);
-  while (dead != nullptr) {
-    Element& buried = *dead;
-    dead = buried.next_;
-    buried.next_ = nullptr;
-    bury(buried);
-  }
+  return dead;
+}
+
+/// Let go of the storages of a commit, or keeps those of what lives while a notice is under way.
+void ModelAccess::retire(Model::Impl& model, Storage* saved) noexcept {
   if (model.telling_ == 0) {
     release(std::exchange(model.retained_, nullptr));
     release(saved);
     return;
   }
-  // A notice under way may still be asked for older values of what lives, which are found by going back over
-  // these.
   saved = releaseOfDead(saved);
   Storage** end = &saved;
   while (*end != nullptr) end = &(*end)->next_;
@@ -174,6 +188,7 @@ void ModelAccess::rollBack(Level& level) noexcept {
   const Model keep(&model);
   while (model.top_ != &level) rollBack(*model.top_);
 
+  untell(model, level.toldBefore);
   Storage* const saved = level.saved;
   for (Storage* storage = saved; storage != nullptr; storage = storage->next_) {
     storage->element_->copyStateFromStorage(*storage);
@@ -209,7 +224,7 @@ void ModelAccess::release(Storage* saved) noexcept {
   }
 }
 
-/// Releases the storages of elements that are gone and gives the others, in their order.
+/// Release the storages of elements that are gone and give the others, in their order.
 ModelAccess::Storage* ModelAccess::releaseOfDead(Storage* saved) noexcept {
   Storage* living = nullptr;
   Storage** endOfLiving = &living;
@@ -284,144 +299,16 @@ void ModelAccess::forget(Element& element) noexcept {
   if (found != last) identified.erase(found);
 }
 
-/// Lets go of an element that was destroyed for good.
-void ModelAccess::bury(Element& element) noexcept {
-  forget(element);
-  element.invalidate();
-  element.basicDisassociateAll();
-  element.removeRef();
-}
-
-FinalChanges::FinalChanges(ModelElement::Impl& element)
-    : element_(&element), model_(element.model_), wasOn_((element.flags_ & ModelElement::Impl::Dying) != 0) {
-  if (wasOn_) return;
-  element.flags_ |= ModelElement::Impl::Dying;
-  ++element.model_->dying_;
-}
-
-FinalChanges::~FinalChanges() {
-  if (wasOn_) return;
-  element_.impl()->flags_ &= ~static_cast<std::uint32_t>(ModelElement::Impl::Dying);
-  --model_.impl()->dying_;
-}
-
-bool ModelAccess::isWithinDying(const Element& element) noexcept {
-  if (element.model_ == nullptr || element.model_->dying_ == 0) return false;
-  for (const Element* container = element.container(); container != nullptr;
-       container = container->container()) {
-    if ((container->flags_ & Element::Dying) != 0) return true;
-  }
-  return false;
-}
-
-namespace {
-
-/// Collects the children of an element.
-class Children final : public ModelElement::Impl::ContainedVisitor {
- public:
-  explicit Children(ModelElement::Impl& element) { element.doDestroy(*this); }
-  void visit(ModelElement::Impl& child) override { elements.emplace_back(&child); }
-
-  std::vector<ModelElement> elements;
-};
-
-}  // namespace
-
-void ModelAccess::tell(Element& element) {
-  if ((element.flags_ & Element::Told) != 0) return;
-  Model::Impl& model = *element.model_;
-  model.told_.emplace_back(&element);
-  element.flags_ |= Element::Told;
-  {
-    const FinalChanges finality(element);
-    element.aboutToDestroy();
-  }
-  for (const ModelElement& child : Children(element).elements) {
-    if (child.isAlive() && child.impl()->container() == &element) child.impl()->notifyDestroying();
-  }
-}
-
-void ModelAccess::untell(Model::Impl& model, std::size_t from) noexcept {
-  for (std::size_t at = from; at < model.told_.size(); ++at) {
-    model.told_[at].impl()->flags_ &= ~static_cast<std::uint32_t>(Element::Told);
-  }
-  model.told_.resize(from);
-}
-
-void ModelAccess::kill(Element& element) {
-  std::vector<ModelElement> subtree{ModelElement(&element)};
-  for (std::size_t at = 0; at < subtree.size(); ++at) {
-    const std::vector<ModelElement> children = Children(*subtree[at].impl()).elements;
-    subtree.insert(subtree.end(), children.begin(), children.end());
-  }
-  for (const ModelElement& each : subtree) each.impl()->notifyModifying(Element::LifeIndex);
-  if (element.slot_ != nullptr) element.slot_->takeOut(element);
-  for (const ModelElement& each : subtree) each.impl()->flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
-}
-
-void ModelAccess::destroy(Element& element) {
-  if (!element.isAlive() || (element.flags_ & Element::Told) != 0) return;
-  Model::Impl& model = *element.model_;
-  const ModelElement keep(&element);
-  Transaction transaction = model.beginTransaction(false);
-  const std::size_t toldBefore = model.told_.size();
-  const bool outermost = model.destroying_++ == 0;
-  try {
-    element.notifyDestroying();
-    if (element.isAlive()) kill(element);
-  } catch (...) {
-    --model.destroying_;
-    untell(model, toldBefore);
-    throw;
-  }
-  --model.destroying_;
-  if (outermost) untell(model, toldBefore);
-  transaction.commit();
-}
-
-void ModelAccess::destroyContents(Element& element) {
-  for (const ModelElement& child : Children(element).elements) child.impl()->destroy();
-}
-
-void ModelAccess::tearDown(Model::Impl& model, bool swallow) {
-  const Model keep(&model);
-  const bool wasFrozen = std::exchange(model.frozen_, false);
-  try {
-    Transaction transaction = model.beginTransaction(true);
-    ++model.destroying_;
-    const Finally end([&] {
-      --model.destroying_;
-      untell(model, 0);
-    });
-    for (Element* element = model.oldest_; element != nullptr; element = element->next_) {
-      if (!element->isAlive() || element->slot_ != nullptr) continue;
-      try {
-        element->notifyDestroying();
-      } catch (...) {
-        if (!swallow) throw;
-      }
-    }
-    transaction.commit();
-  } catch (...) {
-    if (!swallow) {
-      model.frozen_ = wasFrozen;
-      throw;
-    }
-  }
-  model.alive_ = false;
-  model.observers_.clear();
-  Element* gone = model.oldest_;
-  model.oldest_ = nullptr;
-  model.newest_ = nullptr;
-  model.identified_.clear();
-  for (Element* element = gone; element != nullptr; element = element->next_) element->invalidate();
-  while (gone != nullptr) {
-    Element& element = *gone;
-    gone = element.next_;
-    element.next_ = nullptr;
-    element.previous_ = nullptr;
-    element.basicDisassociateAll();
-    element.removeRef();
+/// Let go of elements that were destroyed for good, which are linked by `next_`.
+void ModelAccess::bury(Element* dead) noexcept {
+  while (dead != nullptr) {
+    Element& buried = *dead;
+    dead = buried.next_;
+    buried.next_ = nullptr;
+    forget(buried);
+    buried.invalidate();
+    buried.basicDisassociateAll();
+    buried.removeRef();
   }
 }
 

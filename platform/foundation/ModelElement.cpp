@@ -106,6 +106,10 @@ void ModelElement::Impl::setPropertyValue(const meta::Property& property, const 
   report::noSuchType(getMetaClass().getQualifiedName() + u"." + property.getName());
 }
 
+bool ModelElement::Impl::isPropertyOfClass(const meta::Property& property) const {
+  return getMetaClass().isSubclassOf(property.getOwner());
+}
+
 Value ModelElement::Impl::invoke(const meta::Operation& operation, const std::vector<Value>& arguments) {
   return operation.invoke(*this, arguments);
 }
@@ -140,13 +144,12 @@ void ModelElement::Impl::convertToProxy() {
   checkAlive("ModelElement.convertToProxy");
   Transaction transaction = model_->beginTransaction(false);
   ModelAccess::destroyContents(*this);
+  checkAlive("ModelElement.convertToProxy");
   const std::unique_ptr<Storage> zeros = createStorage();
   for (const meta::Property& property : getMetaClass().getProperties()) {
-    const bool isValue =
-        property.getValueFlags() == ValueFlags::Single || property.getValueFlags() == ValueFlags::Optional;
     const unsigned index = property.getIndex();
     const bool isKey = slot_ != nullptr && slot_->keyIndex() == index;
-    if (!isValue || property.traits().isContained || index == 0 || isKey) continue;
+    if (property.traits().isContained || index == 0 || isKey) continue;
     notifyModifying(index);
     zeros->mask_ |= std::uint64_t{1} << index;
   }

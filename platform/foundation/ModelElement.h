@@ -39,49 +39,49 @@ class ND_PLATFORM_EXPORT ModelElement {
   ModelElement& operator=(ModelElement&& other) noexcept;
   ~ModelElement();
 
-  /// Gives the class of which all others are subclasses.
+  /// Give the class of which all others are subclasses.
   static meta::Class metaClass();
 
-  /// Gives that class's identifier.
+  /// Give that class's identifier.
   static const boost::uuids::uuid& Uuid();
 
-  /// Tells whether the handle is not null. It says nothing of life: `isAlive` does.
+  /// Tell whether the handle is not null. It says nothing of life: `isAlive` does.
   explicit operator bool() const noexcept { return impl_ != nullptr; }
 
-  /// Tells whether the handle's element exists.
+  /// Tell whether the handle's element exists.
   bool isAlive() const noexcept;
 
-  /// Tells whether the element stands for one that isn't loaded. False for a null handle.
+  /// Tell whether the element stands for one that isn't loaded. False for a null handle.
   bool isProxy() const noexcept;
 
-  /// Adds a reference by hand; it must be taken away by `removeRef`. Does nothing through a null handle.
+  /// Add a reference by hand; it must be taken away by `removeRef`. Does nothing through a null handle.
   void addRef() const noexcept;
   void removeRef() const noexcept;
 
   Model getModel() const;
   meta::Class getMetaClass() const;
 
-  /// Gives the element's identity, random unless it was created with one, and made when first asked for.
+  /// Give the element's identity, random unless it was created with one, and made when first asked for.
   boost::uuids::uuid identifier() const;
 
-  /// Gives the element that contains this one; null if none does.
+  /// Give the element that contains this one; null if none does.
   ModelElement container() const;
 
-  /// Destroys the element and all that it contains. Destroying what is gone is no error.
+  /// Destroy the element and all that it contains. Destroying what is gone is no error.
   void destroy() const;
 
-  /// Gives the value of a property by name: a handle for a single element, a `std::vector` for a list.
+  /// Give the value of a property by name: a handle for a single element, a `std::vector` for a list.
   /// Raises `NoSuchType` for an unknown name, `InvalidValue` for a property without public getter.
   Value getPropertyValue(const std::u16string& name) const;
 
-  /// Tells whether a property has a value: a list an element, a reference its target, an optional its value.
+  /// Tell whether a property has a value: a list an element, a reference its target, an optional its value.
   bool hasPropertyValue(const std::u16string& name) const;
 
-  /// Sets a property by name. Raises `NoSuchType`, `CannotSetReadOnlyProperty` for one that is read-only,
+  /// Set a property by name. Raises `NoSuchType`, `CannotSetReadOnlyProperty` for one that is read-only,
   /// derived or without public setter, and `CannotCastIncompatibleTypes` for a value of another type.
   void setPropertyValue(const std::u16string& name, const Value& value) const;
 
-  /// Calls an operation by name. Raises `NoSuchType` for an unknown name, `InvalidValue` for one that has no
+  /// Call an operation by name. Raises `NoSuchType` for an unknown name, `InvalidValue` for one that has no
   /// invoker or takes another number of arguments.
   Value invoke(const std::u16string& operation, const std::vector<Value>& arguments) const;
 
@@ -92,7 +92,7 @@ class ND_PLATFORM_EXPORT ModelElement {
   }
 
  protected:
-  /// Gives the element behind the handle; raises `InvalidValue` that names the operation if it is null.
+  /// Give the element behind the handle; raises `InvalidValue` that names the operation if it is null.
   Impl& self(const char* operation) const {
     if (impl_ == nullptr) raiseNull(operation);
     return *impl_;
@@ -115,7 +115,8 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   template <class B>
   class BuilderBase;
 
-  /// Bits of a storage's mask that belong to no property: the element's life and its container.
+  /// Bits of a storage's mask that belong to no property: the element's life and its container. The indices
+  /// between them are those of the properties; LAST_INDEX of the class generator is the greatest of them.
   static constexpr unsigned LifeIndex = 0;
   static constexpr unsigned ContainerIndex = 63;
 
@@ -126,19 +127,20 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   meta::Class getMetaClass() const override;
   void removeRef() const noexcept override;
 
-  /// Cuts the element off from its model, which goes or takes the creation back. It is dead from then on.
+  /// Cut the element off from its model, which goes or takes the creation back. It is dead from then on.
   virtual void invalidate() noexcept;
 
+  /// Ask for a property's value, give it and set it. Raise `NoSuchType` for a property of another class.
   virtual bool hasPropertyValue(const meta::Property& property) const;
   virtual Value getPropertyValue(const meta::Property& property) const;
   virtual void setPropertyValue(const meta::Property& property, const Value& value);
 
-  /// Calls an operation through its invoker.
+  /// Call an operation through its invoker.
   virtual Value invoke(const meta::Operation& operation, const std::vector<Value>& arguments);
 
   virtual boost::uuids::uuid identifier() const;
 
-  /// Shows every contained element to the visitor, in the order of the properties.
+  /// Show every contained element to the visitor, in the order of the properties.
   virtual void doDestroy(ContainedVisitor& visitor);
 
   /// Keep the other side of a reference; nothing is done for a class whose references are all contained.
@@ -146,52 +148,61 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   virtual void inverseRemove(unsigned index, Impl& other);
   virtual bool inverseContainsProxyTo(unsigned index, const boost::uuids::uuid& uuid) const;
 
-  /// Tells the element and all that it contains, container first, that they are about to be destroyed.
+  /// Tell the element and all that it contains, container first, that they are about to be destroyed. What
+  /// comes into it meanwhile is told afterwards.
   virtual void notifyDestroying();
 
   virtual void disassociateIncoming();
   virtual void convertReferencesToProxies();
 
   /// Called while the whole model still stands. What the element changes here in what it contains is final at
-  /// once. An exception keeps the element alive.
+  /// once. An exception keeps the element alive. A transaction that was open before must not end here: the
+  /// destruction then raises `InvalidValue`.
   virtual void aboutToDestroy();
 
   /// Called when the element was created, within the transaction of its creation.
   virtual void didCreate();
 
-  /// Lets go of all values for good: the element is dead, and nothing brings it back.
+  /// Let go of all values for good: the element is dead, and nothing brings it back.
   virtual void basicDisassociateAll() noexcept;
 
-  /// Makes the element a proxy, which stands for one that isn't loaded: class and identity stay, what it
+  /// Make the element a proxy, which stands for one that isn't loaded: class and identity stay, what it
   /// contains is destroyed, and its values go, but for the key by which a collection holds it. It refuses
   /// every mutator from then on. Raises `InvalidValue` if the element is gone or its model frozen.
   virtual void convertToProxy();
 
-  /// Makes the record of what changed since the storage was filled.
+  /// Make the record of what changed since the storage was filled.
   virtual std::unique_ptr<Changes> createChanges(const Storage& storage) const;
 
   virtual std::unique_ptr<Storage> createStorage() const;
 
-  /// Copies a property's present value into a storage or, when a storage is given as the source, moves the
+  /// Copy a property's present value into a storage or, when a storage is given as the source, moves the
   /// old value that this one holds. Only the copy can throw, before anything has changed.
   virtual void copyValue(unsigned index, Storage& to, Storage* from);
 
-  /// Gives the values of a storage back to the element. Values change places, so that none is let go here.
+  /// Give the values of a storage back to the element. Values change places, so that none is let go here.
   virtual void copyStateFromStorage(Storage& storage) noexcept;
 
   virtual meta::Property getPropertyByIndex(unsigned index) const;
 
-  /// Tells whether the element exists: it was created, and neither destroyed nor left behind by its model.
+  /// Tell whether the element exists: it was created, and neither destroyed nor left behind by its model.
   bool isAlive() const noexcept { return (flags_ & Alive) != 0; }
   bool isProxy() const noexcept { return (flags_ & Proxy) != 0; }
 
-  /// Brings a newly made element into its model. Called once, by what creates it.
+  /// Tell whether the element was told that it is about to be destroyed, and the destruction is under way.
+  bool isBeingDestroyed() const noexcept { return (flags_ & Told) != 0; }
+
+  /// Tell whether a property is that of the element's class or of a superclass.
+  bool isPropertyOfClass(const meta::Property& property) const;
+
+  /// Bring a newly made element into its model. Called once, by what creates it.
   void notifyCreated();
 
-  /// Says that a property is about to change: saves its old value if a transaction can ask for it back.
+  /// Say that a property is about to change: saves its old value if a transaction can ask for it back.
   void notifyModifying(unsigned index);
 
-  /// Destroys the element and all that it contains. An exception of `aboutToDestroy` passes and undoes it.
+  /// Destroy the element and all that it contains, also what an `aboutToDestroy` adds to it. An exception of
+  /// `aboutToDestroy` passes and undoes it.
   void destroy();
 
   boost::uuids::uuid getProxyId() const { return identifier(); }
@@ -199,31 +210,31 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   Impl* container() const noexcept;
   detail::ContainmentSlot* containmentSlot() const noexcept { return slot_; }
 
-  /// Makes this element the container of the child, in the slot of one of its properties.
+  /// Make this element the container of the child, in the slot of one of its properties.
   void _setContainedByThis(Impl& child, detail::ContainmentSlot& slot);
 
-  /// Sets the container without more ado; null for none.
+  /// Set the container without more ado; null for none.
   void basicSetContainer(detail::ContainmentSlot* slot) noexcept { slot_ = slot; }
 
-  /// Raises if a mutator must not run: `CannotModifyProxy` on a proxy, `InvalidValue` on an element that is
+  /// Raise if a mutator must not run: `CannotModifyProxy` on a proxy, `InvalidValue` on an element that is
   /// gone or whose model is frozen.
   void checkWritable(unsigned index) const {
     if ((flags_ & (Alive | Proxy)) != Alive || isFrozen()) raiseNotWritable(index);
   }
 
-  /// Raises `InvalidValue` that names the operation if the element is gone.
+  /// Raise `InvalidValue` that names the operation if the element is gone.
   void checkAlive(const char* operation) const;
 
-  /// Tells whether changes of the property must be kept for undoing; asked behind `notifyModifying`.
+  /// Tell whether changes of the property must be kept for undoing; asked behind `notifyModifying`.
   bool isLogged(unsigned index) const noexcept;
 
-  /// Tells whether an open transaction, when it is abandoned, brings the element back to life or to another
+  /// Tell whether an open transaction, when it is abandoned, brings the element back to life or to another
   /// container.
   bool isMovedInOpenTransaction() const noexcept;
 
   Model::Impl* modelImpl() const noexcept { return model_; }
 
-  /// Gives the qualified name of a property, for messages.
+  /// Give the qualified name of a property, for messages.
   std::u16string nameOfProperty(unsigned index) const;
 
  protected:
@@ -265,13 +276,13 @@ class ND_PLATFORM_EXPORT ModelElement::Impl::Storage {
   Storage& operator=(const Storage&) = delete;
   virtual ~Storage();
 
-  /// Keeps the container that the element had.
+  /// Keep the container that the element had.
   virtual void setOldContainer(detail::ContainmentSlot* slot) noexcept;
 
-  /// Clears the bit of every property whose old value equals the present one.
+  /// Clear the bit of every property whose old value equals the present one.
   virtual void revertUnchanged(const Impl& element);
 
-  /// Gives a property's old value; empty for a property that was not changed.
+  /// Give a property's old value; empty for a property that was not changed.
   virtual Value getOldValue(unsigned index) const;
 
   std::uint64_t mask() const noexcept { return mask_; }
@@ -304,10 +315,10 @@ class ND_PLATFORM_EXPORT ModelElement::Impl::Changes {
 
   const ModelElement& element() const noexcept { return element_; }
 
-  /// Lists the indices of the properties that changed, ascending.
+  /// List the indices of the properties that changed, ascending.
   const std::vector<unsigned>& properties() const noexcept { return properties_; }
 
-  /// Gives a property's old value; empty if it did not change.
+  /// Give a property's old value; empty if it did not change.
   Value oldValue(unsigned index) const;
 
  private:

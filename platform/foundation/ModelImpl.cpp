@@ -12,7 +12,7 @@ namespace lx::base {
 ChangeObserver::~ChangeObserver() = default;
 
 detail::Level::Level() {
-  created.mask_ = ~std::uint64_t{0};
+  created.mask_ = ~std::uint64_t{0};  // everything counts as saved, so that no old value is ever kept
   created.level_ = this;
 }
 

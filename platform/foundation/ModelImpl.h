@@ -39,6 +39,7 @@ struct Level {
   ModelElement::Impl::Storage* saved = nullptr;  // storages of this level, the latest first
   ModelElement::Impl::Storage created;           // what elements created in this level have as their storage
   boost::optional<Value> label;
+  std::size_t toldBefore = 0;  // how many elements knew of their destruction when the level was opened
   bool quiet = false;
 
   Level();
@@ -67,26 +68,26 @@ class ND_PLATFORM_EXPORT Model::Impl {
   boost::uuids::uuid identifier();
   void destroy();
 
-  /// Opens a transaction; true makes it quiet, so that observers hear nothing of it. A transaction within a
+  /// Open a transaction; true makes it quiet, so that observers hear nothing of it. A transaction within a
   /// quiet one is told, or not told, with the outermost. Raises `InvalidValue` if the model is gone or
   /// frozen.
   Transaction beginTransaction(bool quiet);
 
   bool hasOpenTransaction() const noexcept { return top_ != nullptr; }
 
-  /// Gives the living element of this identity; a null handle if there is none or the identity is nil.
+  /// Give the living element of this identity; a null handle if there is none or the identity is nil.
   ModelElement findElement(const boost::uuids::uuid& uuid) const;
 
-  /// Gives the elements that nothing contains, in the order of their creation.
+  /// Give the elements that nothing contains, in the order of their creation.
   std::vector<ModelElement> roots() const;
 
-  /// Gives all elements that exist, in the order of their creation.
+  /// Give all elements that exist, in the order of their creation.
   std::vector<ModelElement> elements() const;
 
-  /// Counts the elements that exist, by walking over them.
+  /// Count the elements that exist, by walking over them.
   std::size_t numberOfElements() const noexcept;
 
-  /// Adds an observer, which hears from the next commit on; the caller keeps it alive until it removes it or
+  /// Add an observer, which hears from the next commit on; the caller keeps it alive until it removes it or
   /// the model is gone.
   void addObserver(ChangeObserver& observer);
   void removeObserver(ChangeObserver& observer) noexcept;
@@ -94,7 +95,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
   const Counters& counters() const noexcept { return counters_; }
   bool isFrozen() const noexcept { return frozen_; }
 
-  /// Notes an element's identity. Raises `CannotAddSecondObject` if a living element bears it.
+  /// Note an element's identity. Raises `CannotAddSecondObject` if a living element bears it.
   void identify(const boost::uuids::uuid& uuid, ModelElement::Impl& element);
 
  private:
@@ -129,17 +130,17 @@ class ND_PLATFORM_EXPORT Model::Impl {
 /// What happened in one outermost transaction.
 class ND_PLATFORM_EXPORT ChangeSet {
  public:
-  /// Gives the model that changed.
+  /// Give the model that changed.
   const Model& model() const noexcept { return model_; }
 
-  /// Gives the label of the commit, empty if it had none.
+  /// Give the label of the commit, empty if it had none.
   const Value& label() const noexcept { return label_; }
 
   /// List the elements that now exist and did not, and those that existed and don't any more.
   const std::vector<ModelElement>& created() const noexcept { return created_; }
   const std::vector<ModelElement>& destroyed() const noexcept { return destroyed_; }
 
-  /// Lists what changed of elements that existed before and exist now, property by property.
+  /// List what changed of elements that existed before and exist now, property by property.
   std::vector<std::unique_ptr<ModelElement::Impl::Changes>> changes() const;
 
  private:
@@ -164,22 +165,21 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static void commit(detail::Level& level, const boost::optional<Value>& label);
   static void rollBack(detail::Level& level) noexcept;
 
-  /// Begins what a mutator does. A level of its own is opened only if observers must hear of it and no
+  /// Begin what a mutator does. A level of its own is opened only if observers must hear of it and no
   /// transaction is open that it can join; null otherwise.
   static detail::Level* beginMutation(Model::Impl& model);
 
   static void link(Element& element);
   static void unlink(Element& element) noexcept;
   static void tell(Element& element);
-  static void kill(Element& element);
   static void destroyContents(Element& element);
   static void destroy(Element& element);
   static void tearDown(Model::Impl& model, bool swallow);
 
-  /// Tells whether an element that contains this one is in its `aboutToDestroy`.
+  /// Tell whether an element that contains this one is in its `aboutToDestroy`.
   static bool isWithinDying(const Element& element) noexcept;
 
-  /// Calls f(element, storage) for each living element with changed properties.
+  /// Call f(element, storage) for each living element with changed properties.
   template <class F>
   static void forEachChanged(const Storage* saved, F f) {
     constexpr std::uint64_t NoProperty =
@@ -190,14 +190,19 @@ class ND_PLATFORM_EXPORT ModelAccess {
   }
 
  private:
+  static void tellAll(Element& root, const Transaction& transaction);
+  static void tellModel(Model::Impl& model, bool swallow);
   static void untell(Model::Impl& model, std::size_t from) noexcept;
+  static void kill(Element& element);
   static void handOver(detail::Level& level) noexcept;
   static ChangeSet collectChanges(detail::Level& level);
+  static Element* settle(detail::Level& level) noexcept;
   static void notify(Model::Impl& model, const ChangeSet& changes) noexcept;
   static void recycle(detail::Level& level) noexcept;
   static void release(Storage* saved) noexcept;
   static Storage* releaseOfDead(Storage* saved) noexcept;
-  static void bury(Element& element) noexcept;
+  static void retire(Model::Impl& model, Storage* saved) noexcept;
+  static void bury(Element* dead) noexcept;
   static void forget(Element& element) noexcept;
 };
 

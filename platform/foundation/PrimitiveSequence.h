@@ -27,7 +27,7 @@ class PrimitiveSequence : public AbstractOwnedCollection {
   bool empty() const noexcept { return size() == 0; }
   std::size_t size() const noexcept { return owner().isAlive() ? values_.size() : 0; }
 
-  /// Gives a value by its position, from 0; raises `InvalidValue` behind the end.
+  /// Give a value by its position, from 0; raises `InvalidValue` behind the end.
   T at(std::size_t position) const {
     if (position >= size()) {
       report::invalidValue(owner().nameOfProperty(index()), u"there is no value at this position.");
@@ -35,10 +35,10 @@ class PrimitiveSequence : public AbstractOwnedCollection {
     return values_[position];
   }
 
-  /// Gives a copy of all values.
+  /// Give a copy of all values.
   std::vector<T> values() const { return owner().isAlive() ? values_ : std::vector<T>(); }
 
-  /// Puts a value behind the last one.
+  /// Put a value behind the last one.
   void add(const T& value) {
     owner().checkWritable(index());
     T copy(value);
@@ -49,10 +49,10 @@ class PrimitiveSequence : public AbstractOwnedCollection {
     operation.commit();
   }
 
-  /// Takes all values away.
+  /// Take all values away.
   void clear() { assign({}); }
 
-  /// Replaces all values by others.
+  /// Replace all values by others.
   void assign(std::vector<T> next) {
     owner().checkWritable(index());
     if (next == values_) return;

@@ -23,13 +23,13 @@ class ND_PLATFORM_EXPORT AbstractQuery {
   AbstractQuery& operator=(const AbstractQuery&) = delete;
   virtual ~AbstractQuery();
 
-  /// Lists the living elements that meet all conditions, in the order of their creation.
+  /// List the living elements that meet all conditions, in the order of their creation.
   std::vector<ModelElement> matches() const;
 
   void addCondition(Condition condition);
 
  protected:
-  /// Asks the model; raises `InvalidValue` if it is null or gone.
+  /// Ask the model; raises `InvalidValue` if it is null or gone.
   explicit AbstractQuery(const Model& model);
 
  private:
@@ -45,12 +45,12 @@ class Constrainable {
 
   Constrainable(AbstractQuery& query, Getter getter) : query_(query), getter_(std::move(getter)) {}
 
-  /// Asks that the property has this value.
+  /// Ask that the property has this value.
   void equals(const T& value) {
     satisfies([value](const T& present) { return present == value; });
   }
 
-  /// Asks that the property's value meets a condition.
+  /// Ask that the property's value meets a condition.
   void satisfies(std::function<bool(const T&)> condition) {
     query_.addCondition([getter = getter_, condition = std::move(condition)](
                             const ModelElement::Impl& element) { return condition(getter(element)); });
@@ -61,7 +61,7 @@ class Constrainable {
   Getter getter_;
 };
 
-/// Lists what a query finds as handles of its class.
+/// List what a query finds as handles of its class.
 template <class E>
 std::vector<E> find(const AbstractQuery& query) {
   std::vector<E> result;

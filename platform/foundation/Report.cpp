@@ -1,6 +1,12 @@
 #include "platform/foundation/Report.h"
 
+#include <cstdint>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
 #include <boost/core/demangle.hpp>
+#include <boost/uuid/uuid.hpp>
 
 #include "platform/foundation/messages.h"
 #include "platform/foundation/meta/Meta.h"
@@ -79,12 +85,36 @@ void changedWhileWalked(const ModelElement::Impl& owner, unsigned index) {
 
 namespace detail {
 
+namespace {
+
+template <class T>
+bool isOneOrMany(const std::type_info& type, const char16_t* name, std::u16string& result) {
+  if (type == typeid(T)) result = name;
+  if (type == typeid(std::vector<T>)) result = std::u16string(u"a list of ") + name;
+  return !result.empty();
+}
+
+/// Give the name that a type has in models, or else the one that it has in C++.
+std::u16string nameOf(const std::type_info& type) {
+  std::u16string name;
+  const bool isKnown =
+      isOneOrMany<std::u16string>(type, u"String", name) ||
+      isOneOrMany<std::string>(type, u"StdString", name) || isOneOrMany<bool>(type, u"Boolean", name) ||
+      isOneOrMany<std::int32_t>(type, u"Integer", name) ||
+      isOneOrMany<ModelElement>(type, u"ModelElement", name) || isOneOrMany<Model>(type, u"Model", name) ||
+      isOneOrMany<boost::uuids::uuid>(type, u"UUID", name);
+  return isKnown ? name : text::toUtf16(boost::core::demangle(type.name()));
+}
+
+}  // namespace
+
 void raiseBadValueCast(const std::type_info* given, const std::type_info& wanted) {
-  const auto nameOf = [](const std::type_info& type) {
-    return text::toUtf16(boost::core::demangle(type.name()));
-  };
   throw lxb::messages::CannotCastIncompatibleTypes(given == nullptr ? u"an empty value" : nameOf(*given),
                                                    nameOf(wanted));
+}
+
+void raiseOtherClass(const ModelElement& given, meta::Class (*wanted)()) {
+  report::cannotCast(given, wanted());
 }
 
 }  // namespace detail

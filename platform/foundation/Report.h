@@ -12,7 +12,7 @@ namespace lx::base::report {
 [[noreturn]] ND_PLATFORM_EXPORT void invalidValue(const std::u16string& subject, const std::u16string& cure);
 [[noreturn]] ND_PLATFORM_EXPORT void invalidValue(const char* subject, const char* cure);
 
-/// Raises for a mutator that must not run: `CannotModifyProxy` on a proxy, else `InvalidValue`.
+/// Raise for a mutator that must not run: `CannotModifyProxy` on a proxy, else `InvalidValue`.
 [[noreturn]] ND_PLATFORM_EXPORT void notWritable(const ModelElement::Impl& element,
                                                  const std::u16string& what);
 
@@ -32,7 +32,7 @@ namespace lx::base::report {
 [[noreturn]] ND_PLATFORM_EXPORT void noSuchType(const std::u16string& name);
 [[noreturn]] ND_PLATFORM_EXPORT void cannotCast(const ModelElement& given, const meta::Class& wanted);
 
-/// Raises `InvalidValue` for a collection that was changed while it was walked.
+/// Raise `InvalidValue` for a collection that was changed while it was walked.
 [[noreturn]] ND_PLATFORM_EXPORT void changedWhileWalked(const ModelElement::Impl& owner, unsigned index);
 
 }  // namespace lx::base::report

@@ -74,13 +74,13 @@ class Single {
 
 namespace detail {
 
-/// Gives a property's value, the type's zero if the element is gone.
+/// Give a property's value, the type's zero if the element is gone.
 template <class T>
 const T& get(const ModelElement::Impl& self, const Single<T>& field) {
   return self.isAlive() ? field.get() : zero<T>();
 }
 
-/// Writes a field within the transaction of a mutator. What `self` changes while an element that contains it
+/// Write a field within the transaction of a mutator. What `self` changes while an element that contains it
 /// is about to be destroyed is final: no old value is kept, so that what the old value holds is let go at
 /// once.
 template <class T>
@@ -91,7 +91,7 @@ void assign(ModelElement::Impl& self, Single<T>& field, T& next, unsigned index)
   scope.commit();
 }
 
-/// Sets a property with one value: on a proxy raises `CannotModifyProxy`, for an equal value does nothing,
+/// Set a property with one value: on a proxy raises `CannotModifyProxy`, for an equal value does nothing,
 /// else copies the value, begins a transaction or joins one, notes the old value, and assigns.
 template <class T>
 void set(ModelElement::Impl& self, Single<T>& field, const std::type_identity_t<T>& value, unsigned index) {

@@ -30,7 +30,7 @@ class ND_PLATFORM_EXPORT Transaction {
   Transaction& operator=(Transaction&&) = delete;
   ~Transaction();
 
-  /// Ends the transaction and keeps its changes. A value given becomes the label of the change set that the
+  /// End the transaction and keep its changes. A value given becomes the label of the change set that the
   /// outermost commit tells.
   ///
   /// Raises `InvalidValue` if the transaction is not open or an inner one still is; nothing has then ended.

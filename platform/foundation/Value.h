@@ -6,12 +6,18 @@
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
+#include <vector>
 
 #include "platform/export.h"
 
 namespace lx::base {
 
 class ModelElement;
+class Value;
+
+namespace meta {
+class Class;
+}
 
 namespace detail {
 
@@ -24,30 +30,83 @@ struct ValueOperations {
   bool (*equal)(const void* left, const void* right);
 };
 
-/// Handles are carried as handles of the root class, so that any element is taken by asking for that one; a
-/// text literal is carried as a text.
+/// Handles are carried as handles of the root class, so that any element is taken by asking for that one, and
+/// lists of handles likewise; a text literal is carried as a text.
 template <class T>
-using CarriedAs =
-    std::conditional_t<std::is_base_of_v<ModelElement, T>, ModelElement,
-                       std::conditional_t<std::is_same_v<T, const char16_t*> || std::is_same_v<T, char16_t*>,
-                                          std::u16string, T>>;
+struct Carried {
+  using Type = std::conditional_t<
+      std::is_base_of_v<ModelElement, T>, ModelElement,
+      std::conditional_t<std::is_same_v<T, const char16_t*> || std::is_same_v<T, char16_t*>, std::u16string,
+                         T>>;
+};
+template <class E>
+struct Carried<std::vector<E>> {
+  using Type = std::vector<std::conditional_t<std::is_base_of_v<ModelElement, E>, ModelElement, E>>;
+};
+template <class T>
+using CarriedAs = typename Carried<T>::Type;
+
+/// Whether D can be the content of a value: it can be copied. A narrow literal can't, since it would be
+/// carried as a pointer, nor can what is itself made from a value.
+template <class D>
+using IsContent =
+    std::conjunction<std::negation<std::is_same<D, Value>>, std::negation<std::is_same<D, const char*>>,
+                     std::negation<std::is_same<D, char*>>, std::negation<std::is_convertible<Value, D>>,
+                     std::is_copy_constructible<CarriedAs<D>>>;
+
+/// Find in what is carried an element that is of another class than the handle T, or the handles in the list
+/// T; null if there is none. A null handle is of every class.
+template <class T, class C>
+const ModelElement* findOfOtherClass(const C& carried) noexcept {
+  if constexpr (std::is_same_v<T, C>) {
+    return nullptr;
+  } else if constexpr (std::is_base_of_v<ModelElement, T>) {
+    const bool fits =
+        carried.impl() == nullptr || dynamic_cast<const typename T::Impl*>(carried.impl()) != nullptr;
+    return fits ? nullptr : &carried;
+  } else if constexpr (std::is_same_v<C, std::vector<ModelElement>>) {
+    for (const auto& each : carried) {
+      if (findOfOtherClass<typename T::value_type>(each) != nullptr) return &each;
+    }
+    return nullptr;
+  } else {
+    return nullptr;
+  }
+}
 
 [[noreturn]] ND_PLATFORM_EXPORT void raiseBadValueCast(const std::type_info* given,
                                                        const std::type_info& wanted);
+[[noreturn]] ND_PLATFORM_EXPORT void raiseOtherClass(const ModelElement& given, meta::Class (*wanted)());
+
+/// Raise `CannotCastIncompatibleTypes` if what is carried has an element that is of no class of T.
+template <class T, class C>
+void checkClass(const C& carried) {
+  const ModelElement* const other = findOfOtherClass<T>(carried);
+  if (other == nullptr) return;
+  if constexpr (std::is_base_of_v<ModelElement, T>)
+    raiseOtherClass(*other, &T::metaClass);
+  else if constexpr (std::is_same_v<C, std::vector<ModelElement>>)
+    raiseOtherClass(*other, &T::value_type::metaClass);
+}
 
 }  // namespace detail
 
 /// Carries a value of any property: a number, a text, a handle, a list.
 ///
 /// Values up to the size of a text lie within the object. A value without content is empty. Handles of every
-/// class are carried as `ModelElement`.
+/// class are carried as `ModelElement`, lists of them as lists of it. What can be copied and compared can be
+/// carried.
 class ND_PLATFORM_EXPORT Value {
  public:
   Value() noexcept = default;
 
-  template <class T, class D = std::decay_t<T>, class = std::enable_if_t<!std::is_same_v<D, Value>>>
+  template <class T, class D = std::decay_t<T>, class = std::enable_if_t<detail::IsContent<D>::value>>
   Value(T&& content) {  // NOLINT(google-explicit-constructor): any content is a value
-    construct<detail::CarriedAs<D>>(std::forward<T>(content));
+    using Carried = detail::CarriedAs<D>;
+    if constexpr (std::is_constructible_v<Carried, T>)
+      construct<Carried>(std::forward<T>(content));
+    else
+      construct<Carried>(Carried(content.begin(), content.end()));
   }
 
   Value(const Value& other) {
@@ -74,20 +133,23 @@ class ND_PLATFORM_EXPORT Value {
 
   bool isEmpty() const noexcept { return operations_ == nullptr; }
 
-  /// Tells whether the content is exactly of this type.
+  /// Tell whether the content is exactly of this type. A handle, and each of a list, is of the type if it is
+  /// null or its element is of the class or a subclass.
   template <class T>
   bool is() const noexcept {
-    return operations_ != nullptr && operations_->type == typeid(detail::CarriedAs<T>);
+    return carries<T>() && detail::findOfOtherClass<T>(*content<detail::CarriedAs<T>>(storage_)) == nullptr;
   }
 
-  /// Gives the content. Raises `CannotCastIncompatibleTypes` if it is of another type.
+  /// Give the content. Raises `CannotCastIncompatibleTypes` if it is of another type.
   template <class T>
   const detail::CarriedAs<T>& as() const {
-    if (!is<T>()) detail::raiseBadValueCast(operations_ ? &operations_->type : nullptr, typeid(T));
-    return *content<detail::CarriedAs<T>>(storage_);
+    if (!carries<T>()) detail::raiseBadValueCast(operations_ ? &operations_->type : nullptr, typeid(T));
+    const detail::CarriedAs<T>& carried = *content<detail::CarriedAs<T>>(storage_);
+    detail::checkClass<T>(carried);
+    return carried;
   }
 
-  /// Tells whether two values are of one type and equal; empty values equal each other.
+  /// Tell whether two values are of one type and equal; empty values equal each other.
   friend bool operator==(const Value& left, const Value& right) {
     if (left.operations_ == nullptr || right.operations_ == nullptr)
       return left.operations_ == right.operations_;
@@ -95,7 +157,7 @@ class ND_PLATFORM_EXPORT Value {
            left.operations_->equal(left.storage_, right.storage_);
   }
 
-  /// Compares the contents of two values of type T; raises `CannotCastIncompatibleTypes` for another type.
+  /// Compare the contents of two values of type T; raises `CannotCastIncompatibleTypes` for another type.
   template <class T>
   static bool genericComparator(const Value& left, const Value& right) {
     return left.as<T>() == right.as<T>();
@@ -124,8 +186,15 @@ class ND_PLATFORM_EXPORT Value {
       return *std::launder(static_cast<T* const*>(storage));
   }
 
+  template <class T>
+  bool carries() const noexcept {
+    return operations_ != nullptr && operations_->type == typeid(detail::CarriedAs<T>);
+  }
+
   template <class T, class A>
   void construct(A&& content) {
+    static_assert(
+        requires(const T& one) { static_cast<bool>(one == one); }, "a content must be comparable");
     static constexpr detail::ValueOperations Operations{
         typeid(T),
         [](void* to, const void* from) {

@@ -13,11 +13,11 @@ namespace nd::data::adapter::detail {
 /// What the registry and the cache keep their adapters in: entries by key.
 using AdapterEntries = lx::base::ElementMap<std::u16string, CPPAdapterV2Entry>;
 
-/// Adds an entry for an adapter under a key that is free, in one transaction.
+/// Add an entry for an adapter under a key that is free, in one transaction.
 void addEntry(AdapterEntries& entries, const std::u16string& key,
               const std::shared_ptr<CPPAdapterV2>& adapter);
 
-/// Removes the entry of a key in one transaction; false if there is none. The adapter is let go of last, when
+/// Remove the entry of a key in one transaction; false if there is none. The adapter is let go of last, when
 /// nothing is open any more and its entry is gone.
 bool removeEntry(AdapterEntries& entries, const std::u16string& key);
 

@@ -19,10 +19,10 @@ class ND_DATA_ADAPTER_EXPORT FirstGenerationRoad {
  public:
   virtual ~FirstGenerationRoad();
 
-  /// Gives the road that the facade takes.
+  /// Give the road that the facade takes.
   static FirstGenerationRoad& current();
 
-  /// Puts another road in the place of the current one, and gives this one back; null stands for the empty
+  /// Put another road in the place of the current one, and give this one back; null stands for the empty
   /// road.
   static std::unique_ptr<FirstGenerationRoad> replace(std::unique_ptr<FirstGenerationRoad> road);
 
@@ -32,7 +32,7 @@ class ND_DATA_ADAPTER_EXPORT FirstGenerationRoad {
   virtual bool hasReadingAdapters(const std::u16string& source);
   virtual bool hasWritingAdapters(const std::u16string& source);
 
-  /// Lists what the adapters of the source can do with it, as elements of tmpModel, within the open
+  /// List what the adapters of the source can do with it, as elements of tmpModel, within the open
   /// transaction.
   virtual std::vector<AdapterConfig> getAdapterConfig(const std::u16string& source,
                                                       const lx::base::Model& tmpModel);
@@ -41,7 +41,7 @@ class ND_DATA_ADAPTER_EXPORT FirstGenerationRoad {
   virtual std::vector<std::u16string> getExternalSources(const std::u16string& source,
                                                          const std::u16string& section);
 
-  /// Reads the source into the container, whose `DataCache` is dataCache. States `Unsupported` with the
+  /// Read the source into the container, whose `DataCache` is dataCache. States `Unsupported` with the
   /// source if no adapter serves the section.
   virtual void getData(const std::u16string& source, const std::u16string& section,
                        const DataContainer& cache, const boost::shared_ptr<inWorkSpace_tag>& dataCache,

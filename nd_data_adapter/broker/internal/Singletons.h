@@ -11,7 +11,7 @@ struct Singleton {
   lx::base::Model model;
   E element;
 
-  /// Gives the element. It is made when it is not there, and so is its model. One whose destruction was
+  /// Give the element. It is made when it is not there, and so is its model. One whose destruction was
   /// undone is there again.
   E get() {
     if (element.isAlive()) return element;

@@ -11,12 +11,13 @@ class ModelError(Exception):
 
 
 class Node(dict):
-    """A mapping that remembers where it and its keys stand."""
+    """A mapping that remembers where it and its keys stand, and the texts of its scalars."""
 
     def __init__(self, line):
         super().__init__()
         self.line = line
         self.lines = {}
+        self.texts = {}
 
     def line_of(self, key):
         return self.lines.get(key, self.line)
@@ -47,6 +48,8 @@ def _convert(node, source):
             value = _convert(value_node, source)
             result[key] = " ".join(value.split()) if key == "doc" and isinstance(value, str) else value
             result.lines[key] = key_line
+            if isinstance(value_node, yaml.ScalarNode):
+                result.texts[key] = value_node.value
         return result
     if isinstance(node, yaml.SequenceNode):
         return [_convert(item, source) for item in node.value]

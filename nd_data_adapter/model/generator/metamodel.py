@@ -5,8 +5,8 @@ import uuid as uuids
 
 from checking import Checker, member_uuid, near
 from loading import load
-from parts import (Argument, Class, Enumeration, KINDS, Literal, Operation, Property, STANDARD, Type, TypeUse,
-                   literal, lower_first)
+from parts import (Argument, Class, Enumeration, KINDS, LAST_INDEX, Literal, Operation, Property, STANDARD, Type,
+                   TypeUse, literal, lower_first)
 
 
 class Metamodel(Checker):
@@ -216,8 +216,8 @@ class Metamodel(Checker):
                           "rename one")
             getters[getter] = name
             class_.properties.append(self._read_property(class_, name, described, index, line))
-        if index > 62:
-            self.fail(class_.line, f"{where} has {index} properties; a class has at most 62")
+        if index > LAST_INDEX:
+            self.fail(class_.line, f"{where} has {index} properties; a class has at most {LAST_INDEX}")
         operations = self.section(node, "operations", where)
         for name, described in operations.items():
             line = operations.line_of(name)
@@ -269,12 +269,12 @@ class Metamodel(Checker):
                 "hasPublicSetter": node.get("setter", "public") == "public",
             })
         if "default" in node:
-            property_.default = "true" if node["default"] is True else "false" if node["default"] is False \
-                else str(node["default"])
-            property_.default_cpp = self._default(property_, node.line_of("default"))
+            property_.default = node.texts.get("default", "")
+            property_.default_cpp = self._default(property_, node["default"], node.line_of("default"))
         return property_
 
-    def _default(self, property_, line):
+    def _default(self, property_, value, line):
+        """Gives a default in C++. YAML has turned its text into a value, which is taken only if it kept the text."""
         type_, text = property_.type, property_.default
         if property_.kind != "single":
             self.fail(line, f"property '{property_.name}' is no single value and has no default; take it away")
@@ -283,13 +283,20 @@ class Metamodel(Checker):
             if text not in names:
                 self.fail(line, f"'{text}' is no literal of '{type_.name}'" + near(text, names))
             return f"{type_.cpp}::{text}"
-        if type_.name == "Boolean" and text in ("true", "false"):
+        if type_.name == "Boolean":
+            if not isinstance(value, bool) or text not in ("true", "false"):
+                self.fail(line, f"'{text}' is no value of type 'Boolean'; write true or false")
             return text
-        if type_.name == "Integer" and re.match(r"-?[0-9]+\Z", text) and -2**31 <= int(text) < 2**31:
+        if type_.name == "Integer":
+            is_number = type(value) is int and re.match(r"(0|-?[1-9][0-9]*)\Z", text)
+            if not is_number or not -2**31 <= int(text) < 2**31:
+                self.fail(line, f"'{text}' is no value of type 'Integer'; write a plain decimal number of 32 bits")
             return text
         if type_.name in ("String", "StdString"):
+            if not isinstance(value, str):
+                self.fail(line, f"'{text}' is no text to YAML; put it in quotes")
             return literal(text, "u" if type_.name == "String" else "")
-        self.fail(line, f"'{text}' is no value of type '{type_.name}'")
+        self.fail(line, f"a property of type '{type_.name}' has no default; take it away")
 
     def _enumeration(self, type_):
         return next(each for each in self.enumerations if each.type is type_)

@@ -6,6 +6,10 @@ from typing import Any, List, Optional
 KINDS = {"optional": "Optional", "single": "Single", "sequence": "Sequence", "multimap": "Multimap", "map": "Map"}
 COLLECTIONS = ("sequence", "multimap", "map")
 
+# The greatest index of a property: it is a bit of a 64-bit mask, of which bits 0 and 63 are LifeIndex and
+# ContainerIndex of ModelElement::Impl (platform/foundation/ModelElement.h).
+LAST_INDEX = 62
+
 # The types that the foundation brings: name, C++ type, whether small enough to be passed by value.
 STANDARD = {
     "String": ("::std::u16string", False),

@@ -107,7 +107,7 @@ class ND_PLATFORM_EXPORT AbstractMetaPackage {
     std::map<std::u16string, Property> properties;
     std::map<std::u16string, Operation> operations;
 
-    /// Gives a type that was made here, or one of the foundation's.
+    /// Give a type that was made here, or one of the foundation's.
     Type type(const char16_t* name) const;
   };
 
@@ -137,14 +137,14 @@ class ND_PLATFORM_EXPORT AbstractMetaPackage {
   static void addOperation(const Class& owner, const Operation& operation);
   static void addArgument(const Operation& operation, const Argument& argument);
 
-  /// Sets the type of an enumeration's numbers.
+  /// Set the type of an enumeration's numbers.
   static void setUnderlyingType(const Enum& type, const Type& underlying);
 
   /// Set a property's index, and what calls an operation by reflection.
   static void setPropertyIndex(const Property& property, unsigned index);
   static void setInvoker(const Operation& operation, Invoker invoker);
 
-  /// Sets the type and the bounds of a property, an argument or a result.
+  /// Set the type and the bounds of a property, an argument or a result.
   static void setType(const TypedElement& element, const Type& type, std::int32_t lower, std::int32_t upper,
                       bool isOrdered);
 

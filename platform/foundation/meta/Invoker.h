@@ -45,15 +45,6 @@ struct FromValue<std::vector<T>> {
   }
 };
 
-template <class T>
-Value toValue(T result) {
-  return Value(std::move(result));
-}
-template <class T>
-requires IsHandle<T> Value toValue(const std::vector<T>& result) {
-  return Value(std::vector<ModelElement>(result.begin(), result.end()));
-}
-
 template <class ImplT, class Result, class... Arguments, std::size_t... At>
 Value call(ImplT& self, Result (ImplT::*member)(Arguments...), const std::vector<Value>& arguments,
            std::index_sequence<At...>) {
@@ -61,7 +52,7 @@ Value call(ImplT& self, Result (ImplT::*member)(Arguments...), const std::vector
     (self.*member)(FromValue<std::decay_t<Arguments>>::get(arguments[At])...);
     return {};
   } else {
-    return toValue((self.*member)(FromValue<std::decay_t<Arguments>>::get(arguments[At])...));
+    return Value((self.*member)(FromValue<std::decay_t<Arguments>>::get(arguments[At])...));
   }
 }
 

@@ -12,7 +12,7 @@ namespace lx::base::meta {
 
 namespace {
 
-/// Gives what is behind a handle of the meta model.
+/// Give what is behind a handle of the meta model.
 template <class Handle>
 auto& held(const Handle& handle) {
   if (!handle) report::invalidValue("lx.base.meta", "the handle is null; look the element up first.");

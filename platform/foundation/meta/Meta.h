@@ -54,7 +54,7 @@ class ND_PLATFORM_EXPORT NamedElement : public ModelElement {
 
   std::u16string getName() const;
 
-  /// Gives what the element is for, in a sentence.
+  /// Give what the element is for, in a sentence.
   std::u16string getDescription() const;
 };
 
@@ -70,7 +70,7 @@ class ND_PLATFORM_EXPORT Package : public NamedElement {
   std::vector<Package> getPackages() const;
   std::vector<Type> getTypes() const;
 
-  /// Gives the names from the root package down, joined by dots.
+  /// Give the names from the root package down, joined by dots.
   std::u16string getQualifiedName() const;
 };
 
@@ -83,7 +83,7 @@ class ND_PLATFORM_EXPORT Type : public NamedElement {
 
   Package getPackage() const;
 
-  /// Gives the name with those of its packages, joined by dots.
+  /// Give the name with those of its packages, joined by dots.
   std::u16string getQualifiedName() const;
   bool isHidden() const;
 };
@@ -95,7 +95,7 @@ class ND_PLATFORM_EXPORT PrimitiveType : public Type {
   explicit PrimitiveType(Impl* impl) noexcept;
   Impl* impl() const noexcept;
 
-  /// Gives the name of the native type that the values have.
+  /// Give the name of the native type that the values have.
   std::u16string getNativeName() const;
 };
 
@@ -118,7 +118,7 @@ class ND_PLATFORM_EXPORT Enum : public Type {
 
   std::vector<EnumLiteral> getLiterals() const;
 
-  /// Gives the type of the numbers that stand for the literals.
+  /// Give the type of the numbers that stand for the literals.
   Type getUnderlyingType() const;
 };
 
@@ -130,15 +130,15 @@ class ND_PLATFORM_EXPORT TypedElement : public NamedElement {
   explicit TypedElement(Impl* impl) noexcept;
   Impl* impl() const noexcept;
 
-  /// Gives the type; a null handle for an operation without result.
+  /// Give the type; a null handle for an operation without result.
   Type getType() const;
   std::int32_t getLower() const;
 
-  /// Gives how many values there may be, -1 for any number.
+  /// Give how many values there may be, -1 for any number.
   std::int32_t getUpper() const;
   bool isOrdered() const;
 
-  /// Tells whether the element is unique in its qualification: true of every one. It says nothing of the
+  /// Tell whether the element is unique in its qualification: true of every one. It says nothing of the
   /// values, as the trait of the same name does.
   bool isUniqueInQualification() const;
 };
@@ -150,23 +150,23 @@ class ND_PLATFORM_EXPORT Property : public TypedElement {
   explicit Property(Impl* impl) noexcept;
   Impl* impl() const noexcept;
 
-  /// Gives the index within the class, starting at 1 and going on in subclasses; 0 for a derived property.
+  /// Give the index within the class, starting at 1 and going on in subclasses; 0 for a derived property.
   unsigned getIndex() const;
   ValueFlags getValueFlags() const;
   const Traits& traits() const;
 
-  /// Gives the default as text; none if the type's zero is the default.
+  /// Give the default as text; none if the type's zero is the default.
   boost::optional<std::u16string> getDefaultText() const;
 
-  /// Gives the name of the elements' property by which a map is keyed; empty for what isn't keyed.
+  /// Give the name of the elements' property by which a map is keyed; empty for what isn't keyed.
   std::u16string getKey() const;
   Class getOwner() const;
   std::u16string getQualifiedName() const;
 
-  /// Raises `InvalidValue` unless the property has a public getter.
+  /// Raise `InvalidValue` unless the property has a public getter.
   void checkPublicGetter() const;
 
-  /// Raises `CannotSetReadOnlyProperty` unless reflection may set the property.
+  /// Raise `CannotSetReadOnlyProperty` unless reflection may set the property.
   void checkSettable() const;
 };
 
@@ -198,7 +198,7 @@ class ND_PLATFORM_EXPORT Operation : public TypedElement {
   std::u16string getQualifiedName() const;
   bool hasInvoker() const;
 
-  /// Calls the operation. Raises `InvalidValue` with the qualified name if it has no invoker, or for another
+  /// Call the operation. Raises `InvalidValue` with the qualified name if it has no invoker, or for another
   /// number of arguments, and `CannotCastIncompatibleTypes` for an argument of another type.
   Value invoke(ModelElement::Impl& self, const std::vector<Value>& arguments) const;
 };
@@ -210,22 +210,22 @@ class ND_PLATFORM_EXPORT Class : public Type {
   explicit Class(Impl* impl) noexcept;
   Impl* impl() const noexcept;
 
-  /// Gives the class's fixed identifier.
+  /// Give the class's fixed identifier.
   boost::uuids::uuid getUuid() const;
   Class getSuperclass() const;
   bool isAbstract() const;
   bool isSubclassOf(const Class& other) const;
 
-  /// Lists the properties: those of the superclass first, then the class's own in their order.
+  /// List the properties: those of the superclass first, then the class's own in their order.
   std::vector<Property> getProperties() const;
   std::vector<Property> getOwnProperties() const;
   std::vector<Operation> getOwnOperations() const;
 
-  /// Gives a property or operation by name, own or inherited. Raises `NoSuchType`.
+  /// Give a property or operation by name, own or inherited. Raises `NoSuchType`.
   Property property(const std::u16string& name) const;
   Operation operation(const std::u16string& name) const;
 
-  /// Gives a property by its index. Raises `NoSuchType`.
+  /// Give a property by its index. Raises `NoSuchType`.
   Property propertyByIndex(unsigned index) const;
 };
 

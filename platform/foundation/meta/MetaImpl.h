@@ -35,7 +35,7 @@ class ND_PLATFORM_EXPORT Type::Impl : public NamedElement::Impl {
  public:
   using NamedElement::Impl::Impl;
 
-  /// Gives the name with those of its packages, joined by dots.
+  /// Give the name with those of its packages, joined by dots.
   std::u16string getQualifiedName() const;
   void basicDisassociateAll() noexcept override { package = nullptr; }
 
@@ -156,7 +156,7 @@ class ND_PLATFORM_EXPORT Class::Impl : public Type::Impl {
   void setSuperclass(const Class& value) { superclass = value.impl(); }
   void basicDisassociateAll() noexcept override;
 
-  /// Makes a builder for a model; null for an abstract class.
+  /// Make a builder for a model; null for an abstract class.
   std::unique_ptr<ModelElement::Builder> instantiateBuilder(const Model& model) const;
 
   void addProperty(Property::Impl& property);

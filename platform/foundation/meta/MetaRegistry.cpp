@@ -54,7 +54,7 @@ class StandardTypes : public AbstractMetaPackage {
   }
 
  private:
-  /// Makes a meta element; its identifier follows from its name.
+  /// Make a meta element; its identifier follows from its name.
   template <class Handle>
   Handle make(const char16_t* name) const {
     const boost::uuids::name_generator_md5 identify(ModelElement::Uuid());

@@ -17,8 +17,10 @@ namespace lx::base::meta {
 ///
 /// The types that the foundation brings itself are registered from the start, under their name alone and
 /// under their qualified one: `ModelElement`, `String`, `StdString`, `Boolean`, `Integer`, `Model`,
-/// `HvArray`, `UUID`. Between calls the meta model is frozen. It is the one part of the foundation that
-/// several threads may use: whoever writes it holds the mutex, and so does every look-up.
+/// `HvArray`, `UUID`. Between calls the meta model is frozen. Whoever writes the registry holds the mutex,
+/// and so does every look-up while it lasts. The handles that a look-up gives count references by plain
+/// integers, so that a thread beside the one that uses the models must itself hold the mutex, from before its
+/// look-up until it has let go of the last of these handles.
 class ND_PLATFORM_EXPORT MetaRegistry {
  public:
   class Update;
@@ -29,10 +31,10 @@ class ND_PLATFORM_EXPORT MetaRegistry {
   std::recursive_mutex& mutex() noexcept { return mutex_; }
   const Model& model() const noexcept { return model_; }
 
-  /// Gives a type by one of its names. Raises `NoSuchType`.
+  /// Give a type by one of its names. Raises `NoSuchType`.
   Type getType(const std::u16string& name) const;
 
-  /// Finds a type by one of its names; a null handle if there is none.
+  /// Find a type by one of its names; a null handle if there is none.
   Type findType(const std::u16string& name) const;
 
   /// Give a type of one kind by name. Raise `NoSuchType` if the name is unknown or that of another kind.
@@ -48,7 +50,7 @@ class ND_PLATFORM_EXPORT MetaRegistry {
   void registerType(const Class& type, BuilderFactory builderFactory);
   void registerRootPackage(const Package& package);
 
-  /// Takes a root package away with all that it holds; within an update.
+  /// Take a root package away with all that it holds; within an update.
   void unregisterRootPackage(const std::u16string& name);
 
  private:

@@ -21,30 +21,30 @@ class ND_PLATFORM_EXPORT PropertySerializer {
  public:
   virtual ~PropertySerializer();
 
-  /// Reads a value. Raises `InvalidValue` for a text that is none.
+  /// Read a value. Raises `InvalidValue` for a text that is none.
   virtual Value parseValue(const std::u16string& text) const = 0;
 
-  /// Reads a value that may be absent: gives a `boost::optional` of the type, empty for no text.
+  /// Read a value that may be absent: gives a `boost::optional` of the type, empty for no text.
   virtual Value parseOptionalValue(const boost::optional<std::u16string>& text) const = 0;
 
-  /// Writes a value. Raises `CannotCastIncompatibleTypes` for one of another type, `InvalidValue` for one
+  /// Write a value. Raises `CannotCastIncompatibleTypes` for one of another type, `InvalidValue` for one
   /// that has no text.
   virtual std::u16string serializeValue(const Value& value) const = 0;
 
-  /// Writes a `boost::optional` of the type; none for an empty one.
+  /// Write a `boost::optional` of the type; none for an empty one.
   virtual boost::optional<std::u16string> serializeOptionalValue(const Value& value) const = 0;
 
-  /// Gives the type's zero.
+  /// Give the type's zero.
   virtual Value createDefaultValue() const = 0;
 
-  /// Gives an empty `boost::optional` of the type.
+  /// Give an empty `boost::optional` of the type.
   virtual Value createEmptyOptionalValue() const = 0;
 
   /// Make one value of many: a `std::vector` or a `std::set` of the type.
   virtual Value combineAsUnmanagedSequenceValue(const std::vector<Value>& values) const = 0;
   virtual Value combineAsUnmanagedSetValue(const std::vector<Value>& values) const = 0;
 
-  /// Tells whether values of the type live in memory only and are never written out.
+  /// Tell whether values of the type live in memory only and are never written out.
   virtual bool isTransientOnly() const noexcept { return false; }
 };
 
@@ -146,11 +146,11 @@ class ND_PLATFORM_EXPORT PropertySerializerRegistry {
 
   static PropertySerializerRegistry& getInstance();
 
-  /// Registers a serializer; one that was there under these names is replaced.
+  /// Register a serializer; one that was there under these names is replaced.
   void registerPropertySerializer(const std::u16string& type, const std::u16string& format,
                                   std::shared_ptr<const PropertySerializer> serializer);
 
-  /// Finds a serializer; null if there is none.
+  /// Find a serializer; null if there is none.
   std::shared_ptr<const PropertySerializer> find(const std::u16string& type,
                                                  const std::u16string& format = u"") const;
 

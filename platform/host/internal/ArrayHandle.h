@@ -17,14 +17,14 @@ class hvArray {
 
   const hvdetail::Body& body() const noexcept { return *body_; }
   const hvdetail::BodyRef& reference() const noexcept { return body_; }
-  /// Takes another body and leaves the former one in its place.
+  /// Take another body and leave the former one in its place.
   void exchangeReference(hvdetail::BodyRef& body) noexcept { std::swap(body_, body); }
 
-  /// Parts from the copies that share the body, and gives it for writing.
+  /// Part from the copies that share the body, and give it for writing.
   hvdetail::Body& writableBody();
 
   bool isTakenOver() const noexcept { return takenOver_; }
-  /// Marks the array as owned by a cell, a structure or a workspace: from now on it does not change.
+  /// Mark the array as owned by a cell, a structure or a workspace: from now on it does not change.
   void takeOver() noexcept;
 
  private:
@@ -34,13 +34,13 @@ class hvArray {
 
 namespace hvdetail {
 
-/// Gives the body of an array; raises NullArray.
+/// Give the body of an array; raises NullArray.
 const Body& bodyOf(const hvArray* array, std::string_view operation);
 
-/// Gives the body of an array of one class; raises NullArray and WrongClass.
+/// Give the body of an array of one class; raises NullArray and WrongClass.
 const Body& bodyOf(const hvArray* array, hvClassCode classCode, std::string_view operation);
 
-/// Gives an array of one class that may be changed; raises NullArray, WrongClass and AlreadyTakenOver.
+/// Give an array of one class that may be changed; raises NullArray, WrongClass and AlreadyTakenOver.
 hvArray& changeable(hvArray* array, hvClassCode classCode, std::string_view operation);
 
 inline void checkIndex(std::size_t index, std::size_t count, const char* operation) {

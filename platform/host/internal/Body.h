@@ -52,19 +52,19 @@ class Body {
   std::size_t count() const noexcept { return shape_.count(); }
   bool isShared() const noexcept { return references_ > 1; }
 
-  /// Makes a body of its own with the same elements; arrays within are shared-data copies.
+  /// Make a body of its own with the same elements; arrays within are shared-data copies.
   virtual BodyRef clone() const = 0;
   virtual std::string_view className() const noexcept;
   virtual bool isA(std::string_view className) const noexcept;
-  /// Compares the elements with those of a body of the same class, complexity and shape.
+  /// Compare the elements with those of a body of the same class, complexity and shape.
   virtual bool holdsSame(const Body& other) const = 0;
   virtual std::size_t byteSize(SizeMemo& memo) const = 0;
   /// How many levels of cells and structures there are, this one included; 0 for what can hold no array.
   virtual std::size_t nesting() const noexcept { return 0; }
 
-  /// Tells the state that the permits to write into this body share; it is made at first need.
+  /// Tell the state that the permits to write into this body share; it is made at first need.
   WritePermit::State& permitState();
-  /// Ends the permits to write, because from now on somebody else relies on the elements.
+  /// End the permits to write, because from now on somebody else relies on the elements.
   void endPermits() noexcept;
 
  private:
@@ -87,11 +87,11 @@ inline BodyRef::~BodyRef() {
   if (body_ != nullptr && --body_->references_ == 0) delete body_;
 }
 
-/// Tells the name of a class other than Object; empty for that and for Unknown.
+/// Tell the name of a class other than Object; empty for that and for Unknown.
 std::string_view nameOf(hvClassCode classCode) noexcept;
 bool isNumeric(hvClassCode classCode) noexcept;
 
-/// Compares two bodies as hvEqual says.
+/// Compare two bodies as hvEqual says.
 bool equalBodies(const Body& left, const Body& right);
 
 }  // namespace hvdetail

@@ -20,9 +20,9 @@ class ContainerBody : public Body {
   std::size_t childCount() const noexcept { return children_.size(); }
   const hvArray* child(std::size_t position) const noexcept { return children_[position]; }
 
-  /// Tells the nesting that this body would have with another child at a position; raises NestedTooDeep.
+  /// Tell the nesting that this body would have with another child at a position; raises NestedTooDeep.
   std::size_t nestingWith(std::size_t position, const hvArray* value, std::string_view operation) const;
-  /// Puts a child in its place and gives the former one, which the caller destroys.
+  /// Put a child in its place and give the former one, which the caller destroys.
   hvArray* exchangeChild(std::size_t position, hvArray* value, std::size_t nesting) noexcept;
 
   bool holdsSame(const Body& other) const override;
@@ -49,11 +49,11 @@ class FieldTable {
  public:
   static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-  /// Raises DuplicateField.
+  /// Raise DuplicateField.
   explicit FieldTable(std::vector<std::string> names);
 
   const std::vector<std::string>& names() const noexcept { return names_; }
-  /// Tells the number of a field, or none.
+  /// Tell the number of a field, or none.
   std::size_t find(std::string_view name) const noexcept;
 
  private:
@@ -82,7 +82,7 @@ class StructBody final : public ContainerBody {
   std::shared_ptr<const FieldTable> fields_;
 };
 
-/// Puts a value into a container at a position of its children, as hvSetCell and hvSetField say.
+/// Put a value into a container at a position of its children, as hvSetCell and hvSetField say.
 void putChild(hvArray& container, std::size_t position, hvArray* value, std::string_view operation);
 
 }  // namespace hvdetail

@@ -9,7 +9,7 @@ namespace hvdetail {
 /// Numbers, truth values or characters, in the same piece of memory as the body itself.
 class DataBody final : public Body {
  public:
-  /// Makes a body whose elements are all zero.
+  /// Make a body whose elements are all zero.
   static BodyRef create(hvClassCode classCode, hvComplexity complexity, Shape shape);
 
   const void* data() const noexcept { return this + 1; }
@@ -35,7 +35,7 @@ class DataBody final : public Body {
   std::size_t bytes_;
 };
 
-/// Tells how many bytes an element takes; 0 for classes that are no plain data.
+/// Tell how many bytes an element takes; 0 for classes that are no plain data.
 std::size_t elementSize(hvClassCode classCode, hvComplexity complexity) noexcept;
 
 }  // namespace hvdetail

@@ -18,7 +18,7 @@ class ElementText {
  public:
   explicit ElementText(const hvArray& array);
 
-  /// Appends an element. Numbers are aligned by the decimal point, complex ones by the sign of the imaginary
+  /// Append an element. Numbers are aligned by the decimal point, complex ones by the sign of the imaginary
   /// part, everything else by its beginning.
   TextExtent append(std::string& text, std::size_t index) const { return append_(text, data_, index); }
 
@@ -31,7 +31,7 @@ class ElementText {
   Append append_;
 };
 
-/// Tells whether ElementText can write the elements of an array.
+/// Tell whether ElementText can write the elements of an array.
 bool hasElementText(const hvArray* array) noexcept;
 
 }  // namespace hvdetail

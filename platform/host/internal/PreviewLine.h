@@ -16,11 +16,11 @@ class PreviewLine {
 
   explicit PreviewLine(std::size_t width) noexcept : width_(width) {}
 
-  /// Appends the short form of a value, or a part of it if it doesn't fit.
+  /// Append the short form of a value, or a part of it if it doesn't fit.
   void addValue(const hvArray* array);
 
   bool isFull() const noexcept { return isCut_ || columns_ > width_; }
-  /// Gives the line, cut with "…" if something didn't fit.
+  /// Give the line, cut with "…" if something didn't fit.
   std::string finish() const;
 
  private:

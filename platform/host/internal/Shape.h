@@ -10,7 +10,7 @@ namespace hvdetail {
 class Shape {
  public:
   Shape(std::size_t rows, std::size_t columns);
-  /// Takes at least two dimensions and drops trailing ones of 1 beyond the second.
+  /// Take at least two dimensions and drop trailing ones of 1 beyond the second.
   explicit Shape(const hvDims& dimensions);
 
   std::size_t rows() const noexcept { return rows_; }
@@ -30,10 +30,10 @@ class Shape {
   hvDims higher_;
 };
 
-/// Gives count times size; raises ArrayTooLarge when no memory could hold as many bytes.
+/// Give count times size; raises ArrayTooLarge when no memory could hold as many bytes.
 std::size_t checkedBytes(std::size_t count, std::size_t size);
 
-/// Gives count; raises ArrayTooLarge when no memory could hold as many things of a size.
+/// Give count; raises ArrayTooLarge when no memory could hold as many things of a size.
 std::size_t checkedCount(std::size_t count, std::size_t size);
 
 }  // namespace hvdetail

@@ -15,14 +15,14 @@ namespace hvdetail {
 /// the walks that lend its value.
 class Variable {
  public:
-  /// Makes a variable with the number that its workspace gives it.
+  /// Make a variable with the number that its workspace gives it.
   static boost::intrusive_ptr<Variable> create(std::string_view name, BodyRef body, std::uint64_t number);
 
   std::string_view name() const noexcept { return {static_cast<const char*>(nameStart()), nameSize_}; }
   hvArray& value() noexcept { return value_; }
   const hvArray& value() const noexcept { return value_; }
   std::uint64_t number() const noexcept { return number_; }
-  /// Tells whether a walk lends the value, so that it must stay as it is.
+  /// Tell whether a walk lends the value, so that it must stay as it is.
   bool isLent() const noexcept { return holders_ > 1; }
 
   static void operator delete(void* memory) noexcept;
@@ -59,11 +59,11 @@ class VariableIndex {
 
   Variable* find(std::string_view name, std::size_t hash) const noexcept;
 
-  /// Makes room for so many variables in all.
+  /// Make room for so many variables in all.
   void reserve(std::size_t variables);
-  /// Files a variable whose name isn't there yet; there must be room.
+  /// File a variable whose name isn't there yet; there must be room.
   void insert(Variable& variable, std::size_t hash) noexcept;
-  /// Puts a variable in the place of one that is there, of the same name.
+  /// Put a variable in the place of one that is there, of the same name.
   void replace(const Variable& former, Variable& variable, std::size_t hash) noexcept;
   void swap(VariableIndex& other) noexcept;
 
@@ -90,7 +90,7 @@ struct inWorkSpace_tag {
   const hvArray* find(std::string_view name) const noexcept;
   std::size_t size() const noexcept { return variables_.size(); }
 
-  /// Gives the first variable whose number is at least `number`, and sets it to that; null at the end.
+  /// Give the first variable whose number is at least `number`, and set it to that; null at the end.
   /// Numbers are given in the order of assignment and never twice.
   const hvdetail::Variable* atOrBehind(std::uint64_t& number) const noexcept;
 

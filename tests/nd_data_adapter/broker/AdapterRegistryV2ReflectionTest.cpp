@@ -82,7 +82,7 @@ TEST_F(AdapterRegistryV2Reflection, AnswersWhatTheTypedOperationsAnswer) {
 
 TEST_F(AdapterRegistryV2Reflection, RefusesAnAdapterOfAnotherType) {
   EXPECT_EQ(raisedBy([&] { registry.invoke(u"registerCPPAdapter", {Value(1)}); }),
-            "CannotCastIncompatibleTypes(int)");
+            "CannotCastIncompatibleTypes(Integer)");
   EXPECT_TRUE(stateOfBroker().empty());
 }
 

@@ -223,6 +223,140 @@ TEST(AboutToDestroy, MayTakeAChildOutIntoAnotherContainer) {
   EXPECT_EQ(model.impl()->numberOfElements(), 2U);
 }
 
+TEST(AboutToDestroy, MayPutAnHeirIntoThePlaceThatIsReplacedWhichGoesAsWell) {
+  Log log;
+  const Model model = Model::create();
+  const MetaDataEntry entry = MetaDataEntry::create(model);
+  for (const ModelElement& next : std::vector<ModelElement>{ChangeReport::create(model), ModelElement()}) {
+    entry.setValue(ModelElement());
+    log.clear();
+    const auto heir = logging<ChangeReport>(model, log, "heir");
+    const auto tuple = createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { entry.setValue(heir); });
+    entry.setValue(tuple);
+    entry.setValue(next);
+    EXPECT_EQ(entry.value(), next);
+    EXPECT_FALSE(tuple.isAlive());
+    EXPECT_FALSE(heir.isAlive());
+    EXPECT_THAT(log, ElementsAre("heir"));
+    EXPECT_EQ(model.impl()->roots().front(), entry);
+  }
+}
+
+TEST(AboutToDestroy, MayPutTheNextElementIntoThePlaceItself) {
+  const Model model = Model::create();
+  const MetaDataEntry entry = MetaDataEntry::create(model);
+  const ChangeReport next = ChangeReport::create(model);
+  entry.setValue(createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { entry.setValue(next); }));
+  entry.setValue(next);
+  EXPECT_EQ(entry.value(), next);
+  EXPECT_TRUE(next.isAlive());
+}
+
+TEST(AboutToDestroy, LetsAnElementBeDestroyedThatATransactionWithinItBroughtBack) {
+  Log log;
+  bool wasBroughtBack = false;
+  const Model model = Model::create();
+  const auto other = logging<ChangeTuple>(model, log, "other");
+  const auto tuple = createProbe<ChangeTuple>(model, [&](const ChangeTuple&) {
+    {
+      const Transaction abandoned = begin(model);
+      other.destroy();
+    }
+    wasBroughtBack = other.isAlive();
+    other.destroy();
+  });
+  tuple.destroy();
+  EXPECT_TRUE(wasBroughtBack);
+  EXPECT_FALSE(other.isAlive());
+  EXPECT_THAT(log, ElementsAre("other", "other"));
+}
+
+TEST(AboutToDestroy, IsToldToWhatAChildAddsToItsDyingContainer) {
+  Log log;
+  const Model model = Model::create();
+  const auto report = logging<ChangeReport>(model, log, "report");
+  report.getChangesMutable().add(createProbe<ChangeTuple>(model, [&](const ChangeTuple&) {
+    log.push_back("first");
+    report.getChangesMutable().add(logging<ChangeTuple>(model, log, "late"));
+  }));
+  report.destroy();
+  EXPECT_THAT(log, ElementsAre("report", "first", "late"));
+  EXPECT_EQ(model.impl()->numberOfElements(), 0U);
+}
+
+TEST(AboutToDestroy, IsToldToWhatAChildMovesIntoAnElementThatWasToldAlready) {
+  Log log;
+  const Model model = Model::create();
+  const auto stranger = logging<ChangeTuple>(model, log, "stranger");
+  const DataContainer container = containerOf(model, {u"a", u"b"});
+  const auto early = logging<ChangeReport>(model, log, "early");
+  container.metaDataCache().find(u"a").setValue(early);
+  container.metaDataCache().find(u"b").setValue(
+      createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { early.getChangesMutable().add(stranger); }));
+  container.destroy();
+  EXPECT_THAT(log, ElementsAre("early", "stranger"));
+  EXPECT_FALSE(stranger.isAlive());
+}
+
+TEST(AboutToDestroy, IsToldToWhatOneThatCameLateAdds) {
+  Log log;
+  const Model model = Model::create();
+  const ChangeReport report = ChangeReport::create(model);
+  report.getChangesMutable().add(createProbe<ChangeTuple>(model, [&](const ChangeTuple&) {
+    report.getChangesMutable().add(createProbe<ChangeTuple>(model, [&](const ChangeTuple&) {
+      report.getChangesMutable().add(logging<ChangeTuple>(model, log, "last"));
+    }));
+  }));
+  report.destroy();
+  EXPECT_THAT(log, ElementsAre("last"));
+}
+
+const std::string EndedWithin =
+    "InvalidValue(ModelElement.destroy; a transaction around it was ended within aboutToDestroy; end it "
+    "afterwards.)";
+
+TEST(AboutToDestroy, ThatEndsTheSurroundingTransactionUndoesTheDestruction) {
+  Log log;
+  const Model model = Model::create();
+  const ChangeReport report = reportOf(model, {u"a"});
+  std::unique_ptr<Transaction> open;
+  const auto ends = createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { open.reset(); });
+  report.getChangesMutable().add(ends);
+  report.getChangesMutable().add(logging<ChangeTuple>(model, log, "behind"));
+  const std::string before = stateOf(model);
+  open = std::make_unique<Transaction>(begin(model));
+  report.changes().at(0).setId(u"undone");
+  EXPECT_EQ(raised<lxb::messages::InvalidValue>([&] { report.destroy(); }), EndedWithin);
+  EXPECT_EQ(stateOf(model), before);
+  EXPECT_TRUE(log.empty());
+  EXPECT_FALSE(model.impl()->hasOpenTransaction());
+  ends.destroy();
+  EXPECT_FALSE(ends.isAlive());
+}
+
+TEST(AboutToDestroy, ThatEndsTheTransactionInWhichItsElementWasMadeLeavesNothing) {
+  const Model model = Model::create();
+  auto open = std::make_unique<Transaction>(begin(model));
+  const auto tuple = createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { open.reset(); });
+  EXPECT_EQ(raised<lxb::messages::InvalidValue>([&] { tuple.destroy(); }), EndedWithin);
+  EXPECT_FALSE(tuple.isAlive());
+  EXPECT_EQ(model.impl()->numberOfElements(), 0U);
+}
+
+TEST(AboutToDestroy, ThatEndsTheTransactionAroundSeveralDestructionsUndoesAll) {
+  const Model model = Model::create();
+  auto open = std::make_unique<Transaction>(begin(model));
+  open->commit();
+  const auto inner = createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { open.reset(); });
+  const auto outer = createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { inner.destroy(); });
+  open = std::make_unique<Transaction>(begin(model));
+  EXPECT_EQ(raised<lxb::messages::InvalidValue>([&] { outer.destroy(); }), EndedWithin);
+  EXPECT_TRUE(outer.isAlive());
+  EXPECT_TRUE(inner.isAlive());
+  outer.destroy();
+  EXPECT_EQ(model.impl()->numberOfElements(), 0U);
+}
+
 TEST(AboutToDestroy, OfWhatAnAbandonedTransactionBroughtBackIsToldAgain) {
   Log log;
   const Model model = Model::create();

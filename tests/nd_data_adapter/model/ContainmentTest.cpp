@@ -85,6 +85,34 @@ TEST(ElementSequence, RemovesNothingThatAnotherHolds) {
   EXPECT_EQ(idsOf(two), (Texts{u"b"}));
 }
 
+TEST(ElementSequence, RefusesAnyRemovalOnceItsOwnerIsGoneOrFrozen) {
+  const Model model = Model::create();
+  const ChangeReport dead = ChangeReport::create(model), frozen = ChangeReport::create(model);
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  auto& changesOfDead = dead.getChangesMutable();
+  auto& changesOfFrozen = frozen.getChangesMutable();
+  dead.destroy();
+  EXPECT_EQ(raised<InvalidValue>([&] { changesOfDead.remove(tuple); }),
+            "InvalidValue(" + Changes + "; the element was destroyed; create another one.)");
+  Model::Freezer::freeze(model);
+  EXPECT_EQ(raised<InvalidValue>([&] { changesOfFrozen.remove(tuple); }),
+            "InvalidValue(" + Changes + "; the element's model is frozen; thaw it first.)");
+  EXPECT_TRUE(tuple.isAlive());
+}
+
+TEST(ElementMultimap, RefusesAnyRemovalOnceItsOwnerIsGone) {
+  const Model model = Model::create();
+  const DataContainer container = DataContainer::create(model);
+  const MetaDataEntry entry = MetaDataEntry::create(model);
+  auto& metadata = container.getMetaDataCacheMutable();
+  EXPECT_FALSE(metadata.remove(entry));
+  container.destroy();
+  EXPECT_EQ(
+      raised<InvalidValue>([&] { metadata.remove(entry); }),
+      "InvalidValue(nd.data.adapter.DataContainer.MetaDataCache; the element was destroyed; create another "
+      "one.)");
+}
+
 TEST(ElementSequence, DestroysAllWhenItIsCleared) {
   const Model model = Model::create();
   const ChangeReport report = reportOf(model, {u"a", u"b"});

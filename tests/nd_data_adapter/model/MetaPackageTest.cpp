@@ -394,6 +394,7 @@ TEST(MetaPackage, NumbersTheLiteralsAsTheNativeOnesAre) {
 }
 
 TEST(MetaPackage, SerializesNoPointer) {
+  MetaPackageNd_data_adapter::getInstance();  // registers them
   const PropertySerializerRegistry& serializers = PropertySerializerRegistry::getInstance();
   for (const char16_t* name :
        {u"nd.data.adapter.CPPAdapterV2Ptr", u"nd.data.adapter.LXBModel", u"nd.data.adapter.WorkspacePtr"}) {
@@ -405,6 +406,36 @@ TEST(MetaPackage, SerializesNoPointer) {
               "InvalidValue(serializeValue; values of this type live in memory only and have no text.)");
   }
   EXPECT_FALSE(serializers.find(u"nd.data.adapter.ndsvDiagnostic"));
+}
+
+TEST(MetaPackage, HasEveryMemberUniqueInItsQualification) {
+  std::size_t members = 0;
+  const auto expectUnique = [&](const TypedElement& element, const std::u16string& name) {
+    EXPECT_TRUE(element.isUniqueInQualification()) << toUtf8(name);
+    ++members;
+  };
+  for (const Class& described : allClasses()) {
+    for (const Property& property : described.getOwnProperties())
+      expectUnique(property, property.getQualifiedName());
+    for (const Operation& operation : described.getOwnOperations()) {
+      expectUnique(operation, operation.getQualifiedName());
+      for (const Argument& argument : operation.getArguments())
+        expectUnique(argument, operation.getQualifiedName() + u"." + argument.getName());
+    }
+  }
+  EXPECT_GT(members, 80U);
+}
+
+TEST(MetaPackage, NumbersTheLiteralsOfEveryEnumerationByIntegers) {
+  std::size_t enumerations = 0;
+  for (const Type& type : allTypes()) {
+    const auto enumeration = castTo<Enum>(type);
+    if (!enumeration) continue;
+    EXPECT_EQ(enumeration.getUnderlyingType(), MetaRegistry::getInstance().getPrimitiveType(u"Integer"))
+        << toUtf8(type.getQualifiedName());
+    ++enumerations;
+  }
+  EXPECT_EQ(enumerations, 3U);
 }
 
 }  // namespace

@@ -108,6 +108,30 @@ TEST(ModelEnd, BearsThatAnElementCreatesAndDestroysOthers) {
   EXPECT_FALSE(late.isAlive());
 }
 
+TEST(ModelEnd, TellsWhatAChildAddsToItsContainerMeanwhile) {
+  int told = 0;
+  {
+    const Model model = Model::create();
+    const ChangeReport report = ChangeReport::create(model);
+    report.getChangesMutable().add(
+        createProbe<ChangeTuple>(model, [&told, impl = report.impl()](const ChangeTuple& self) {
+          impl->getChangesMutable().add(
+              createProbe<ChangeTuple>(self.getModel(), [&](const ChangeTuple&) { ++told; }));
+        }));
+  }
+  EXPECT_EQ(told, 1);
+}
+
+TEST(ModelEnd, TellsTheContentsOfAnElementThatThrows) {
+  int told = 0;
+  {
+    const Model model = Model::create();
+    const auto report = createProbe<ChangeReport>(model, [](const ChangeReport&) { throw Refusal(); });
+    report.getChangesMutable().add(createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { ++told; }));
+  }
+  EXPECT_EQ(told, 1);
+}
+
 TEST(ModelEnd, TellsAnElementThatWasCreatedMeanwhile) {
   int told = 0;
   {

@@ -68,7 +68,7 @@ TEST(Reflection, ReachesTheAdapterOfAnEntry) {
   const std::shared_ptr<CPPAdapterV2> adapter = TestV2Adapter::make();
   expectBothWays(entry, u"Adapter", adapter, &CPPAdapterV2Entry::adapter);
   EXPECT_EQ(raised<CannotCastIncompatibleTypes>([&] { entry.setPropertyValue(u"Adapter", Value(1)); }),
-            "CannotCastIncompatibleTypes(int; std::shared_ptr<CPPAdapterV2>)");
+            "CannotCastIncompatibleTypes(Integer; std::shared_ptr<CPPAdapterV2>)");
   EXPECT_EQ(entry.adapter(), adapter);
   entry.setPropertyValue(u"Adapter", Value(std::shared_ptr<CPPAdapterV2>()));
   EXPECT_EQ(entry.adapter(), nullptr);
@@ -214,16 +214,15 @@ TEST(Reflection, RefusesValuesOfAnotherTypeAndLeavesTheOldOne) {
   const auto refusal = [](const ModelElement& element, const char16_t* name, const Value& value) {
     return raised<CannotCastIncompatibleTypes>([&] { element.setPropertyValue(name, value); });
   };
-  EXPECT_THAT(refusal(tuple, u"id", Value(std::string("gain"))),
-              StartsWith("CannotCastIncompatibleTypes(std::"));
+  EXPECT_EQ(refusal(tuple, u"id", Value(std::string("gain"))),
+            "CannotCastIncompatibleTypes(StdString; String)");
   EXPECT_EQ(refusal(tuple, u"x", Value(std::int32_t{2})),
-            "CannotCastIncompatibleTypes(int; nd::data::adapter::ChangeType)");
-  EXPECT_THAT(refusal(container, u"ConditionControls", Value(u"one")),
-              StartsWith("CannotCastIncompatibleTypes(std::"));
-  EXPECT_THAT(refusal(container, u"MetaDataCache", Value(ModelElement())),
-              StartsWith("CannotCastIncompatibleTypes(lx::base::ModelElement; "));
-  EXPECT_THAT(refusal(container, u"DataModel", Value()),
-              StartsWith("CannotCastIncompatibleTypes(an empty value; "));
+            "CannotCastIncompatibleTypes(Integer; nd::data::adapter::ChangeType)");
+  EXPECT_EQ(refusal(container, u"ConditionControls", Value(u"one")),
+            "CannotCastIncompatibleTypes(String; a list of String)");
+  EXPECT_EQ(refusal(container, u"MetaDataCache", Value(ModelElement())),
+            "CannotCastIncompatibleTypes(ModelElement; a list of ModelElement)");
+  EXPECT_EQ(refusal(container, u"DataModel", Value()), "CannotCastIncompatibleTypes(an empty value; Model)");
   EXPECT_EQ(stateOf(model), before);
 }
 
@@ -302,7 +301,7 @@ TEST(Invoke, RefusesArgumentsOfAnotherType) {
   const AdapterRegistryV2 registry = AdapterRegistryV2::create(model);
   EXPECT_THAT(
       raised<CannotCastIncompatibleTypes>([&] { registry.invoke(u"isAdapterRegisteredByName", {Value(1)}); }),
-      StartsWith("CannotCastIncompatibleTypes(int; "));
+      StartsWith("CannotCastIncompatibleTypes(Integer; "));
 }
 
 TEST(Invoke, RefusesOperationsWithoutInvoker) {

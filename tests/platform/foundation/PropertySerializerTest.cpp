@@ -101,7 +101,7 @@ TEST(DefaultPropertySerializer, RefusesTextsThatAreNoIdentity) {
 TEST(DefaultPropertySerializer, RefusesToWriteAValueOfAnotherType) {
   EXPECT_EQ(raised<CannotCastIncompatibleTypes>(
                 [] { DefaultPropertySerializer<bool>().serializeValue(Value(std::int32_t{1})); }),
-            "CannotCastIncompatibleTypes(int; bool)");
+            "CannotCastIncompatibleTypes(Integer; Boolean)");
 }
 
 TEST(DefaultPropertySerializer, ReadsAndWritesValuesThatMayBeAbsent) {
@@ -139,9 +139,9 @@ TEST(DefaultPropertySerializer, RefusesToCombineValuesOfAnotherType) {
   const DefaultPropertySerializer<bool> serializer;
   const std::vector<Value> mixed{Value(true), Value(std::int32_t{1})};
   EXPECT_EQ(raised<CannotCastIncompatibleTypes>([&] { serializer.combineAsUnmanagedSequenceValue(mixed); }),
-            "CannotCastIncompatibleTypes(int; bool)");
+            "CannotCastIncompatibleTypes(Integer; Boolean)");
   EXPECT_EQ(raised<CannotCastIncompatibleTypes>([&] { serializer.combineAsUnmanagedSetValue(mixed); }),
-            "CannotCastIncompatibleTypes(int; bool)");
+            "CannotCastIncompatibleTypes(Integer; Boolean)");
 }
 
 TEST(DefaultPropertySerializer, RefusesTextAndSetsForATypeThatHasNeitherTextNorOrder) {

@@ -7,11 +7,13 @@
 #include "platform/foundation/ModelElement.h"
 #include "platform/foundation/Value.h"
 #include "platform/foundation/messages.h"
+#include "platform/foundation/meta/MetaImpl.h"
 #include "tests/platform/foundation/raised.h"
 
 using lx::base::Model;
 using lx::base::ModelElement;
 using lx::base::Value;
+namespace meta = lx::base::meta;
 using lxb::messages::CannotCastIncompatibleTypes;
 
 namespace {
@@ -59,6 +61,48 @@ TEST(Value, KeepsNulAndLoneSurrogatesOfAText) {
   EXPECT_EQ(Value(text).as<std::u16string>(), text);
 }
 
+struct MadeOfAValue {
+  MadeOfAValue(const Value&) {}  // NOLINT(google-explicit-constructor): this is what is tested
+};
+
+TEST(Value, TakesOnlyWhatCanBeCopied) {
+  EXPECT_FALSE((std::is_constructible_v<Value, std::unique_ptr<int>>));
+  EXPECT_FALSE((std::is_convertible_v<std::unique_ptr<int>, Value>));
+  EXPECT_TRUE((std::is_constructible_v<Value, std::shared_ptr<int>>));
+  EXPECT_TRUE((std::is_constructible_v<Value, Counted>));
+  EXPECT_TRUE((std::is_constructible_v<Value, int*>));
+  EXPECT_FALSE((std::is_constructible_v<Value, const MadeOfAValue&>));
+}
+
+TEST(Value, TakesNoNarrowLiteralWhichWouldBeAPointer) {
+  EXPECT_FALSE((std::is_constructible_v<Value, const char*>));
+  EXPECT_FALSE((std::is_constructible_v<Value, char*>));
+  EXPECT_FALSE((std::is_constructible_v<Value, const char(&)[5]>));
+  EXPECT_TRUE((std::is_constructible_v<Value, std::string>));
+  EXPECT_TRUE((std::is_constructible_v<Value, const char16_t(&)[5]>));
+}
+
+TEST(Value, IsAHandleOfItsElementsClassAndOfTheSuperclasses) {
+  const meta::Class root = ModelElement::metaClass();
+  const Value value(root);
+  EXPECT_TRUE(value.is<ModelElement>());
+  EXPECT_TRUE(value.is<meta::NamedElement>());
+  EXPECT_TRUE(value.is<meta::Class>());
+  EXPECT_FALSE(value.is<meta::Property>());
+  EXPECT_EQ(value.as<meta::Type>(), root);
+}
+
+TEST(Value, CarriesAListOfHandlesAsAListOfRootHandles) {
+  const meta::Class root = ModelElement::metaClass();
+  const Value value(std::vector<meta::Class>{root, meta::Class()});
+  EXPECT_EQ(value, Value(std::vector<ModelElement>{root, ModelElement()}));
+  EXPECT_TRUE(value.is<std::vector<meta::Class>>());
+  EXPECT_TRUE(value.is<std::vector<meta::Type>>());
+  EXPECT_FALSE(value.is<std::vector<meta::Property>>());
+  EXPECT_FALSE(value.is<meta::Class>());
+  EXPECT_TRUE(Value(std::vector<ModelElement>()).is<std::vector<meta::Property>>());
+}
+
 TEST(Value, CarriesAHandleOfAnyClassAsTheRootHandle) {
   struct Derived : ModelElement {};
   const Value value{Derived()};
@@ -78,13 +122,13 @@ TEST(Value, TellsItsExactTypeApartFromOnesThatConvert) {
 TEST(Value, RefusesToBeTakenAsAnotherType) {
   const Value number(std::int32_t{1});
   EXPECT_EQ(raised<CannotCastIncompatibleTypes>([&] { static_cast<void>(number.as<bool>()); }),
-            "CannotCastIncompatibleTypes(int; bool)");
+            "CannotCastIncompatibleTypes(Integer; Boolean)");
   EXPECT_EQ(number.as<std::int32_t>(), 1);
 }
 
 TEST(Value, RefusesToBeTakenAsAnythingWhenItIsEmpty) {
   EXPECT_EQ(raised<CannotCastIncompatibleTypes>([] { static_cast<void>(Value().as<bool>()); }),
-            "CannotCastIncompatibleTypes(an empty value; bool)");
+            "CannotCastIncompatibleTypes(an empty value; Boolean)");
 }
 
 TEST(Value, EqualsAValueOfTheSameTypeAndContentOnly) {
@@ -109,7 +153,7 @@ TEST(Value, ComparesContentsByTheGenericComparator) {
   EXPECT_FALSE(Value::genericComparator<std::u16string>(Value(u"a"), Value(u"b")));
   EXPECT_EQ(raised<CannotCastIncompatibleTypes>(
                 [] { Value::genericComparator<bool>(Value(true), Value(std::int32_t{1})); }),
-            "CannotCastIncompatibleTypes(int; bool)");
+            "CannotCastIncompatibleTypes(Integer; Boolean)");
 }
 
 TEST(Value, CopiesWhatItHolds) {

@@ -191,6 +191,12 @@ class Content(WithFolder):
         self.assertIn("void setSold(", element)
         self.assertRegex(handle, r"(?s) protected:\n.* sold\(\) const;")
 
+    def test_a_reference_that_is_read_only_has_no_setter(self):
+        text = self.made(f"classes:\n  p.X:\n    uuid: {self.UUID}\n    doc: One.\n    properties:\n"
+                         "      own: { type: X, contained: true, read_only: true, doc: Two. }\n", "X.cpp")
+        self.assertIn("X::Impl::getOwn() const", text)
+        self.assertNotIn("X::Impl::setOwn", text)
+
     def test_no_line_of_a_comment_goes_on_in_the_next(self):
         text = self.made(f"classes:\n  p.X: {{ uuid: {self.UUID}, doc: 'One \\' }}\n", "X.h")
         self.assertNotRegex(text, r"///[^\n]*\\ *\n")

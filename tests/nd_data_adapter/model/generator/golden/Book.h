@@ -27,13 +27,13 @@ class SHOP_EXPORT Book : public ::shop::stock::Article {
   explicit Book(Impl* impl) noexcept;
   Impl* impl() const noexcept;
 
-  /// Gives the description of the class.
+  /// Give the description of the class.
   static ::lx::base::meta::Class metaClass();
 
-  /// Gives the fixed identifier of the class.
+  /// Give the fixed identifier of the class.
   static const ::boost::uuids::uuid& Uuid();
 
-  /// Makes an element in a model, in a transaction of its own or within the open one. The nil UUID asks for a random
+  /// Make an element in a model, in a transaction of its own or within the open one. The nil UUID asks for a random
   /// identity. Raises `InvalidValue` for a null or dead model, `CannotAddSecondObject` for a UUID that is in use.
   static Book create(const ::lx::base::Model& model, const ::boost::uuids::uuid& uuid = {});
 
@@ -151,7 +151,7 @@ class SHOP_EXPORT Book::Builder : public ::shop::stock::Book::Impl::BuilderBase<
 
   ::lx::base::meta::Class getMetaClass() const override;
 
-  /// Makes the element, in one transaction; the nil UUID asks for a random identity. Raises `InvalidValue` without a
+  /// Make the element, in one transaction; the nil UUID asks for a random identity. Raises `InvalidValue` without a
   /// model.
   ::shop::stock::Book create(const ::boost::uuids::uuid& uuid = {});
 

@@ -15,11 +15,11 @@ class SHOP_EXPORT MetaPackageSmall : public ::lx::base::meta::AbstractMetaPackag
  public:
   static MetaPackageSmall& getInstance();
 
-  /// Builds the description and registers its root packages, in place of those that are there; an exception leaves
+  /// Build the description and register its root packages, in place of those that are there; an exception leaves
   /// the registry as it was.
   void initialize();
 
-  /// Gives a class by its identifier. Raises `NoSuchType`.
+  /// Give a class by its identifier. Raises `NoSuchType`.
   ::lx::base::meta::Class getClass(const ::boost::uuids::uuid& uuid) const;
 
  private:

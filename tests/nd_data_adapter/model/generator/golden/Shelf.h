@@ -30,13 +30,13 @@ class SHOP_EXPORT Shelf : public ::lx::base::ModelElement {
   explicit Shelf(Impl* impl) noexcept;
   Impl* impl() const noexcept;
 
-  /// Gives the description of the class.
+  /// Give the description of the class.
   static ::lx::base::meta::Class metaClass();
 
-  /// Gives the fixed identifier of the class.
+  /// Give the fixed identifier of the class.
   static const ::boost::uuids::uuid& Uuid();
 
-  /// Makes an element in a model, in a transaction of its own or within the open one. The nil UUID asks for a random
+  /// Make an element in a model, in a transaction of its own or within the open one. The nil UUID asks for a random
   /// identity. Raises `InvalidValue` for a null or dead model, `CannotAddSecondObject` for a UUID that is in use.
   static Shelf create(const ::lx::base::Model& model, const ::boost::uuids::uuid& uuid = {});
 
@@ -180,27 +180,27 @@ class SHOP_EXPORT Shelf::Impl::BuilderImpl : public ::lx::base::ModelElement::Im
 template <class B>
 class Shelf::Impl::BuilderBase : public ::lx::base::ModelElement::Impl::BuilderBase<B> {
  public:
-  /// Adds what a builder is to make to `articles`.
+  /// Add what a builder is to make to `articles`.
   B& setArticles(const ::shop::stock::Article::BuilderWrapper& builder) {
     this->self().values().doSetArticles(builder);
     return this->self();
   }
-  /// Adds what a builder is to make to `byLabel`.
+  /// Add what a builder is to make to `byLabel`.
   B& setByLabel(const ::shop::stock::Article::BuilderWrapper& builder) {
     this->self().values().doSetByLabel(builder);
     return this->self();
   }
-  /// Adds what a builder is to make to `row`.
+  /// Add what a builder is to make to `row`.
   B& setRow(const ::shop::stock::Article::BuilderWrapper& builder) {
     this->self().values().doSetRow(builder);
     return this->self();
   }
-  /// Adds what a builder is to make to `best`.
+  /// Add what a builder is to make to `best`.
   B& setBest(const ::shop::stock::Book::BuilderWrapper& builder) {
     this->self().values().doSetBest(builder);
     return this->self();
   }
-  /// Adds what a builder is to make to `anything`.
+  /// Add what a builder is to make to `anything`.
   B& setAnything(const ::lx::base::ModelElement::BuilderWrapper& builder) {
     this->self().values().doSetAnything(builder);
     return this->self();
@@ -220,7 +220,7 @@ class SHOP_EXPORT Shelf::Builder : public ::shop::Shelf::Impl::BuilderBase<::sho
 
   ::lx::base::meta::Class getMetaClass() const override;
 
-  /// Makes the element, in one transaction; the nil UUID asks for a random identity. Raises `InvalidValue` without a
+  /// Make the element, in one transaction; the nil UUID asks for a random identity. Raises `InvalidValue` without a
   /// model.
   ::shop::Shelf create(const ::boost::uuids::uuid& uuid = {});
 

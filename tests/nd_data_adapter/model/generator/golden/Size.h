@@ -15,10 +15,10 @@ enum class Size : ::std::int32_t {
   Large = -2147483648,
 };
 
-/// Gives the name of a literal. Raises `InvalidValue` for a number that is none.
+/// Give the name of a literal. Raises `InvalidValue` for a number that is none.
 SHOP_EXPORT ::std::u16string toText(Size value);
 
-/// Reads the name of a literal. Raises `InvalidValue` for a text that is none.
+/// Read the name of a literal. Raises `InvalidValue` for a text that is none.
 SHOP_EXPORT void fromText(const ::std::u16string& text, Size& value);
 
 }  // namespace shop

@@ -1,0 +1,184 @@
+// What a model can do, shown on the classes of the library. Each part prints what it finds.
+
+#include <iostream>
+#include <string>
+
+#include "nd_data_adapter/nd_data_adapter.h"
+#include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/Query.h"
+#include "platform/text/Convert.h"
+
+using namespace nd::data::adapter;
+using lx::base::Model;
+using lx::base::ModelElement;
+using lx::base::Transaction;
+using lx::base::Value;
+using lx::text::toUtf8;
+
+namespace {
+
+std::string idsOf(const ChangeReport& report) {
+  std::string ids;
+  for (const ChangeTuple& tuple : report.changes()) ids += (ids.empty() ? "" : " ") + toUtf8(tuple.id());
+  return "[" + ids + "]";
+}
+
+void elementsBelongToTheirModel() {
+  // [elements]
+  const Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  tuple.setX(ChangeType::Modify);
+  tuple.setId(u"Gain");
+
+  const ChangeTuple same = tuple;  // handles are shallow: both name one element
+  same.destroy();
+  std::cout << "alive: " << tuple.isAlive() << ", id: \"" << toUtf8(tuple.id()) << "\"\n";
+  // [/elements]
+}
+
+void containersOwnWhatTheyContain() {
+  // [containment]
+  const Model model = Model::create();
+  const ChangeReport report = ChangeReport::create(model);
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  tuple.setId(u"Gain");
+  report.getChangesMutable().add(tuple);
+  std::cout << idsOf(report) << ", contained: " << (tuple.container() == report) << '\n';
+
+  report.destroy();
+  std::cout << "alive: " << tuple.isAlive() << '\n';
+  // [/containment]
+}
+
+void keysKeepTheirOrder() {
+  // [keys]
+  const Model model = Model::create();
+  const DataContainer container = DataContainer::create(model);
+  for (const char16_t* name : {u"Speed", u"Altitude"}) {
+    container.createIntoMetaDataCache(MetaDataEntry::Builder().setName(name));
+  }
+  const MetaDataEntry altitude = container.metaDataCache().find(u"Altitude");
+  altitude.setName(u"Thrust");  // moves to where its new key belongs
+  for (const MetaDataEntry& entry : container.metaDataCache()) std::cout << toUtf8(entry.name()) << ' ';
+  std::cout << '\n';
+  // [/keys]
+}
+
+void whatIsNotCommittedIsUndone() {
+  // [transactions]
+  const Model model = Model::create();
+  const ChangeReport report = ChangeReport::create(model);
+  {
+    Transaction outer = model.impl()->beginTransaction(false);
+    report.createIntoChanges(ChangeTuple::Builder().setId(u"kept"));
+    {
+      const Transaction inner = model.impl()->beginTransaction(false);
+      report.getChangesMutable().clear();
+      report.createIntoChanges(ChangeTuple::Builder().setId(u"lost"));
+    }  // not committed: the report is as it was when the inner transaction began
+    outer.commit();
+  }
+  std::cout << idsOf(report) << '\n';
+  // [/transactions]
+}
+
+void aFailureLeavesNothingHalfMade() {
+  // [failure]
+  const Model model = Model::create();
+  const DataContainer container = DataContainer::create(model);
+  const ChangeReport report = ChangeReport::create(model);
+  try {
+    Transaction transaction = model.impl()->beginTransaction(false);
+    report.createIntoChanges(ChangeTuple::Builder().setId(u"Gain"));
+    report.setPropertyValue(u"changes", Value(std::u16string(u"no list of elements")));
+    transaction.commit();
+  } catch (const std::exception& error) {
+    std::cout << error.what() << '\n';
+  }
+  std::cout << idsOf(report) << '\n';
+  // [/failure]
+}
+
+// [observer]
+class Log final : public lx::base::ChangeObserver {
+ public:
+  void changed(const lx::base::ChangeSet& changes) noexcept override {
+    std::cout << "created " << changes.created().size() << ", destroyed " << changes.destroyed().size();
+    for (const auto& change : changes.changes()) {
+      for (const unsigned index : change->properties()) {
+        const auto property = change->element().getMetaClass().propertyByIndex(index);
+        std::cout << ", changed " << toUtf8(property.getQualifiedName());
+        const Value old = change->oldValue(index);
+        if (old.is<std::u16string>()) std::cout << " from " << toUtf8(old.as<std::u16string>());
+      }
+    }
+    std::cout << '\n';
+  }
+};
+
+void observersHearOfEachCommitOnce() {
+  const Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  tuple.setId(u"Gain");
+
+  Log log;
+  model.impl()->addObserver(log);
+  Transaction transaction = model.impl()->beginTransaction(false);
+  tuple.setId(u"Offset");
+  tuple.setId(u"Bias");
+  ChangeTuple::create(model);
+  transaction.commit();  // one notice, with the value from before the transaction
+  model.impl()->removeObserver(log);
+}
+// [/observer]
+
+void buildersMakeWholeTrees() {
+  // [builders]
+  const Model model = Model::create();
+  const ChangeReport report =
+      ChangeReport::Builder(model)
+          .setChanges(ChangeTuple::Builder().setId(u"Gain").setX(ChangeType::Create))
+          .setChanges(ChangeTuple::Builder().setId(u"Offset").setX(ChangeType::Delete))
+          .create();
+  std::cout << idsOf(report) << '\n';
+  // [/builders]
+}
+
+void reflectionKnowsEveryPropertyByName() {
+  // [reflection]
+  const Model model = Model::create();
+  const AdapterConfig config = AdapterConfig::create(model);
+  config.setPropertyValue(u"adapterName", Value(std::u16string(u"JSON")));
+  for (const lx::base::meta::Property& property : config.getMetaClass().getProperties()) {
+    std::cout << toUtf8(property.getName()) << ": " << toUtf8(property.getType().getName()) << '\n';
+  }
+  std::cout << toUtf8(config.getPropertyValue(u"adapterName").as<std::u16string>()) << '\n';
+  // [/reflection]
+}
+
+void queriesFindElements() {
+  // [queries]
+  const Model model = Model::create();
+  for (const ChangeType x : {ChangeType::Create, ChangeType::Delete, ChangeType::Delete}) {
+    ChangeTuple::create(model).setX(x);
+  }
+  ChangeTuple::Constrainables wanted(model);
+  wanted.x.equals(ChangeType::Delete);
+  std::cout << lx::base::query::find<ChangeTuple>(wanted).size() << " deleted\n";
+  // [/queries]
+}
+
+}  // namespace
+
+int main() {
+  std::cout << std::boolalpha;
+  elementsBelongToTheirModel();
+  containersOwnWhatTheyContain();
+  keysKeepTheirOrder();
+  whatIsNotCommittedIsUndone();
+  aFailureLeavesNothingHalfMade();
+  observersHearOfEachCommitOnce();
+  buildersMakeWholeTrees();
+  reflectionKnowsEveryPropertyByName();
+  queriesFindElements();
+}

@@ -1,0 +1,208 @@
+// How elements come to their end.
+//
+// First all that is to go is told, container first, while everything still stands; what the telling brings
+// into it is told as well. Only then are the elements marked dead, in the transaction that the destruction
+// began, so that abandoning it or one around it brings them back. Who has been told is noted in the model
+// until the outermost destruction ends, and is cut back where a transaction is undone: what it brings back is
+// told again.
+
+#include <utility>
+
+#include "platform/foundation/ContainmentSlot.h"
+#include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/Report.h"
+
+namespace lx::base {
+
+FinalChanges::FinalChanges(ModelElement::Impl& element)
+    : element_(&element), model_(element.model_), wasOn_((element.flags_ & ModelElement::Impl::Dying) != 0) {
+  if (wasOn_) return;
+  element.flags_ |= ModelElement::Impl::Dying;
+  ++element.model_->dying_;
+}
+
+FinalChanges::~FinalChanges() {
+  if (wasOn_) return;
+  element_.impl()->flags_ &= ~static_cast<std::uint32_t>(ModelElement::Impl::Dying);
+  --model_.impl()->dying_;
+}
+
+bool ModelAccess::isWithinDying(const Element& element) noexcept {
+  if (element.model_ == nullptr || element.model_->dying_ == 0) return false;
+  for (const Element* container = element.container(); container != nullptr;
+       container = container->container()) {
+    if ((container->flags_ & Element::Dying) != 0) return true;
+  }
+  return false;
+}
+
+namespace {
+
+/// Run a step at the end of a scope, whichever way it is left.
+template <class F>
+class Finally {
+ public:
+  explicit Finally(F step) : step_(std::move(step)) {}
+  Finally(const Finally&) = delete;
+  Finally& operator=(const Finally&) = delete;
+  ~Finally() { step_(); }
+
+ private:
+  F step_;
+};
+
+/// Collect the children of an element.
+class Children final : public ModelElement::Impl::ContainedVisitor {
+ public:
+  explicit Children(ModelElement::Impl& element) { element.doDestroy(*this); }
+  void visit(ModelElement::Impl& child) override { elements.emplace_back(&child); }
+
+  std::vector<ModelElement> elements;
+};
+
+/// Give an element with all that it contains, containers first.
+std::vector<ModelElement> subtreeOf(ModelElement::Impl& root) {
+  std::vector<ModelElement> subtree{ModelElement(&root)};
+  for (std::size_t at = 0; at < subtree.size(); ++at) {
+    const std::vector<ModelElement> children = Children(*subtree[at].impl()).elements;
+    subtree.insert(subtree.end(), children.begin(), children.end());
+  }
+  return subtree;
+}
+
+bool isWithin(const ModelElement::Impl& root, const ModelElement::Impl& element) noexcept {
+  const ModelElement::Impl* each = &element;
+  while (each != nullptr && each != &root) each = each->container();
+  return each == &root;
+}
+
+}  // namespace
+
+void ModelAccess::tell(Element& element) {
+  if (element.isBeingDestroyed()) return;
+  element.model_->told_.emplace_back(&element);
+  element.flags_ |= Element::Told;
+  {
+    const FinalChanges finality(element);
+    element.aboutToDestroy();
+  }
+  for (const ModelElement& child : Children(element).elements) {
+    if (!element.isBeingDestroyed()) return;  // a transaction around it was undone
+    if (child.isAlive() && child.impl()->container() == &element) child.impl()->notifyDestroying();
+  }
+}
+
+/// Tell an element and all that it contains, again and again until nothing untold has come into it.
+void ModelAccess::tellAll(Element& root, const Transaction& transaction) {
+  const Model model(root.model_);
+  root.notifyDestroying();
+  std::size_t known = 0;
+  do {
+    known = model.impl()->told_.size();
+    for (const ModelElement& each : subtreeOf(root)) {
+      if (!transaction.isOpen() || !root.isAlive()) return;
+      if (!each.impl()->isBeingDestroyed() && isWithin(root, *each.impl())) each.impl()->notifyDestroying();
+    }
+  } while (model.impl()->told_.size() != known);
+}
+
+/// Tell every element of a model that ends: each behind its container, also what has come meanwhile.
+void ModelAccess::tellModel(Model::Impl& model, bool swallow) {
+  std::size_t known = 0;
+  do {
+    known = model.told_.size();
+    for (Element* element = model.oldest_; element != nullptr; element = element->next_) {
+      const Element* const container = element->container();
+      const bool isNext = container == nullptr || container->isBeingDestroyed();
+      if (!element->isAlive() || element->isBeingDestroyed() || !isNext) continue;
+      try {
+        element->notifyDestroying();
+      } catch (...) {
+        if (!swallow) throw;
+      }
+    }
+  } while (model.told_.size() != known);
+}
+
+void ModelAccess::untell(Model::Impl& model, std::size_t from) noexcept {
+  while (model.told_.size() > from) {
+    model.told_.back().impl()->flags_ &= ~static_cast<std::uint32_t>(Element::Told);
+    model.told_.pop_back();
+  }
+}
+
+void ModelAccess::kill(Element& element) {
+  const std::vector<ModelElement> subtree = subtreeOf(element);
+  for (const ModelElement& each : subtree) each.impl()->notifyModifying(Element::LifeIndex);
+  if (element.slot_ != nullptr) element.slot_->takeOut(element);
+  for (const ModelElement& each : subtree) each.impl()->flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
+}
+
+void ModelAccess::destroy(Element& element) {
+  if (!element.isAlive() || element.isBeingDestroyed()) return;
+  const ModelElement keep(&element);
+  const Model keepModel(element.model_);
+  Model::Impl& model = *element.model_;
+  Transaction transaction = model.beginTransaction(false);
+  const std::size_t toldBefore = model.told_.size();
+  const bool outermost = model.destroying_++ == 0;
+  {
+    const Finally end([&] { --model.destroying_; });
+    tellAll(element, transaction);
+    if (!transaction.isOpen()) {
+      report::invalidValue("ModelElement.destroy",
+                           "a transaction around it was ended within aboutToDestroy; end it afterwards.");
+    }
+    if (element.isAlive()) kill(element);
+  }
+  if (outermost) untell(model, toldBefore);
+  transaction.commit();
+}
+
+void ModelAccess::destroyContents(Element& element) {
+  for (bool isEmpty = false; !isEmpty;) {
+    isEmpty = true;
+    for (const ModelElement& child : Children(element).elements) {
+      if (child.impl()->container() != &element || child.impl()->isBeingDestroyed()) continue;
+      child.impl()->destroy();
+      isEmpty = false;
+    }
+  }
+}
+
+void ModelAccess::tearDown(Model::Impl& model, bool swallow) {
+  const Model keep(&model);
+  const bool wasFrozen = std::exchange(model.frozen_, false);
+  try {
+    Transaction transaction = model.beginTransaction(true);
+    ++model.destroying_;
+    const Finally end([&] {
+      --model.destroying_;
+      untell(model, 0);
+    });
+    tellModel(model, swallow);
+    transaction.commit();
+  } catch (...) {
+    if (!swallow) {
+      model.frozen_ = wasFrozen;
+      throw;
+    }
+  }
+  model.alive_ = false;
+  model.observers_.clear();
+  Element* gone = model.oldest_;
+  model.oldest_ = nullptr;
+  model.newest_ = nullptr;
+  model.identified_.clear();
+  for (Element* element = gone; element != nullptr; element = element->next_) element->invalidate();
+  while (gone != nullptr) {
+    Element& element = *gone;
+    gone = element.next_;
+    element.next_ = nullptr;
+    element.previous_ = nullptr;
+    element.basicDisassociateAll();
+    element.removeRef();
+  }
+}
+
+}  // namespace lx::base
