@@ -4,14 +4,14 @@
 // Uses: nd_adapter_json
 #include <iostream>
 
-#include "adapters/json/register.h"
+#include "adapters/registerShippedAdapters.h"
 #include "nd_data_adapter/nd_data_adapter.h"
 #include "platform/text/Convert.h"
 
 int main() {
   using nd::data::adapter::AdapterManagerV2;
 
-  nd::adapters::registerJsonAdapter();
+  nd::adapters::registerShippedAdapters();
   for (const std::u16string& name : AdapterManagerV2::getAllRegisteredAdapterNames()) {
     std::cout << "There is an adapter " << lx::text::toUtf8(name) << '\n';
   }
