@@ -57,21 +57,17 @@ using IsContent =
 /// Find in what is carried an element that is of another class than the handle T, or the handles in the list
 /// T; null if there is none. A null handle is of every class.
 template <class T, class C>
-const ModelElement* findOfOtherClass(const C& carried) noexcept {
-  if constexpr (std::is_same_v<T, C>) {
-    return nullptr;
-  } else if constexpr (std::is_base_of_v<ModelElement, T>) {
+const ModelElement* findOfOtherClass([[maybe_unused]] const C& carried) noexcept {
+  if constexpr (std::is_base_of_v<ModelElement, T> && !std::is_same_v<T, C>) {
     const bool fits =
         carried.impl() == nullptr || dynamic_cast<const typename T::Impl*>(carried.impl()) != nullptr;
-    return fits ? nullptr : &carried;
-  } else if constexpr (std::is_same_v<C, std::vector<ModelElement>>) {
+    if (!fits) return &carried;
+  } else if constexpr (std::is_same_v<C, std::vector<ModelElement>> && !std::is_same_v<T, C>) {
     for (const auto& each : carried) {
       if (findOfOtherClass<typename T::value_type>(each) != nullptr) return &each;
     }
-    return nullptr;
-  } else {
-    return nullptr;
   }
+  return nullptr;
 }
 
 [[noreturn]] ND_PLATFORM_EXPORT void raiseBadValueCast(const std::type_info* given,
