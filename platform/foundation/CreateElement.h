@@ -18,4 +18,12 @@ E createElement(const char* operation, const Model& model, const boost::uuids::u
   return element;
 }
 
+/// Give the element on which an operation is called; raise `InvalidValue` that names it if the element is
+/// gone.
+template <class ImplT>
+ImplT& checkedAlive(ImplT& element, const char* operation) {
+  element.checkAlive(operation);
+  return element;
+}
+
 }  // namespace lx::base::detail

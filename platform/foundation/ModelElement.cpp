@@ -140,8 +140,8 @@ void ModelElement::Impl::aboutToDestroy() {}
 void ModelElement::Impl::didCreate() {}
 void ModelElement::Impl::basicDisassociateAll() noexcept {}
 void ModelElement::Impl::convertToProxy() {
-  if (isProxy()) return;
   checkAlive("ModelElement.convertToProxy");
+  if (isProxy()) return;
   Transaction transaction = model_->beginTransaction(false);
   ModelAccess::destroyContents(*this);
   checkAlive("ModelElement.convertToProxy");

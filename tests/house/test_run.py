@@ -131,10 +131,37 @@ class Run(unittest.TestCase):
         self.assertEqual(1, result.returncode)
         self.assertIn("no benchmark program", result.stderr)
 
+    def put_walks(self, status=0):
+        self.put(self.root / "build/release/tests/nd_data_adapter/model/random/nd_data_adapter_model_random_tests",
+                 f'echo "walks $* for $ND_WALK_MINUTES" >> "$CALLS"; exit {status}')
+
+    def test_soak_builds_the_random_walks_and_goes_them_for_the_time(self):
+        self.put_walks()
+        for arguments, minutes in (([], "10"), (["3"], "3")):
+            result, calls = self.run_script("soak", *arguments)
+            self.assertEqual(0, result.returncode, result.stderr)
+            self.assertIn(
+                "cmake --build --preset release --parallel 7 --target nd_data_adapter_model_random_tests", calls)
+            self.assertEqual(f"walks --gtest_filter=RandomWalk.* for {minutes}", calls[-1])
+
+    def test_soak_fails_with_a_walk_that_fails(self):
+        self.put_walks(status=1)
+        self.assertEqual(1, self.run_script("soak")[0].returncode)
+
+    def test_soak_refuses_what_is_no_number_of_minutes(self):
+        self.put_walks()
+        for arguments in (["0"], ["long"], ["-1"], ["1.5"], [""]):
+            result, calls = self.run_script("soak", *arguments)
+            self.assertEqual((1, []), (result.returncode, calls), arguments)
+            self.assertIn("is no number of minutes", result.stderr)
+        result, calls = self.run_script("soak", "1", "2")
+        self.assertEqual((1, []), (result.returncode, calls))
+        self.assertIn("'soak' takes one argument", result.stderr)
+
     def test_help_shows_an_example_for_each_command(self):
         result, calls = self.run_script("--help")
         self.assertEqual((0, []), (result.returncode, calls))
-        for intention in ("demo", "test", "bench"):
+        for intention in ("demo", "test", "bench", "soak"):
             self.assertIn(f"  ./run {intention}\n", result.stdout)
 
     def test_an_unknown_command_is_named(self):

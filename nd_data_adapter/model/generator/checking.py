@@ -72,6 +72,9 @@ class Checker:
             self.fail(line, f"'{name}' is no identifier; use letters, digits and underscores")
         if name in RESERVED:
             self.fail(line, f"'{name}' is a word of C++; choose another name")
+        if name.endswith("_") or "__" in name:
+            self.fail(line, f"'{name}' looks like a name of the generator's own, which end in an underscore, or of the "
+                            "compiler's, which have two; choose another name")
 
     def doc(self, node, line, where):
         if not node.get("doc"):

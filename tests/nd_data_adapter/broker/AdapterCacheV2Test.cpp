@@ -8,6 +8,7 @@
 using namespace nd::data::adapter;
 using lx::base::Model;
 using lx::base::Transaction;
+using lx::base::Value;
 using support::Lines;
 using support::ModelWatch;
 using support::ProbeAdapter;
@@ -57,9 +58,11 @@ TEST_F(AdapterCacheV2Test, MakesAnEntryWithTheQualifierAsItsName) {
 
 TEST_F(AdapterCacheV2Test, KeepsTheFirstAdapterOfAQualifier) {
   store(u"q", u"a");
+  const std::shared_ptr<CPPAdapterV2> first = cache.getCPPAdapter(u"q");
   const std::shared_ptr<ProbeAdapter> second = makeProbe(u"b");
   const ModelWatch watch(model);
   EXPECT_FALSE(cache.addCPPAdapterToCache(second, u"q"));
+  EXPECT_EQ(cache.getCPPAdapter(u"q"), first);
   EXPECT_EQ(stateOfBroker(), Lines{"open q: a"});
   EXPECT_EQ(second.use_count(), 1);
   EXPECT_EQ(watch.transactions(), 0U);
@@ -161,6 +164,88 @@ TEST_F(AdapterCacheV2Test, BringsARemovedAdapterBackWithTheTransactionAroundIt) 
   EXPECT_TRUE(calls().empty());
 }
 
+TEST_F(AdapterCacheV2Test, EndsAnAddedAdapterUnclosedWithTheTransactionAroundIt) {
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    store(u"q", u"a");
+    EXPECT_EQ(stateOfBroker(), Lines{"open q: a"});
+  }
+  EXPECT_EQ(calls(), Lines{"a.~"});
+  EXPECT_EQ(cache.getCPPAdapter(u"q"), nullptr);
+  EXPECT_TRUE(stateOfBroker().empty());
+}
+
+/// Removes a qualifier when it is told of a change, and notes that it has.
+class Remover final : public lx::base::ChangeObserver {
+ public:
+  Remover(const AdapterCacheV2& cache, support::CallLog& log) : cache_(cache), log_(log) {
+    cache_.getModel().impl()->addObserver(*this);
+  }
+  ~Remover() override { cache_.getModel().impl()->removeObserver(*this); }
+
+ private:
+  void changed(const lx::base::ChangeSet&) noexcept override {
+    if (cache_.removeCPPAdapterFromCache(u"q")) log_.note("removed q");
+  }
+
+  AdapterCacheV2 cache_;
+  support::CallLog& log_;
+};
+
+TEST_F(AdapterCacheV2Test, EndsAnAdapterThatAnObserverRemovesBeforeTheRemovalReturns) {
+  store(u"q", u"a");
+  const Remover remover(cache, *log);
+  store(u"p", u"b");
+  EXPECT_EQ(calls(), (Lines{"a.~", "removed q"}));
+  EXPECT_EQ(stateOfBroker(), Lines{"open p: b"});
+}
+
+TEST_F(AdapterCacheV2Test, MakesAnEntryInItsMapFromABuilder) {
+  const CPPAdapterV2Entry entry = cache.impl()->createIntoCPPCache(
+      CPPAdapterV2Entry::Builder().setAdapterName(u"q").setAdapter(makeProbe(u"a")));
+  EXPECT_EQ(stateOfBroker(), Lines{"open q: a"});
+  EXPECT_EQ(entry, cache.impl()->getCPPCache().find(u"q"));
+  EXPECT_EQ(entry.container(), cache);
+}
+
+TEST_F(AdapterCacheV2Test, MakesNoEntryFromABuilderWhoseKeyIsTaken) {
+  store(u"q", u"a");
+  const std::size_t elements = model.impl()->numberOfElements();
+  EXPECT_EQ(raisedBy([&] {
+              cache.impl()->createIntoCPPCache(
+                  CPPAdapterV2Entry::Builder().setAdapterName(u"q").setAdapter(makeProbe(u"b")));
+            }),
+            "UniquenessConstraint(nd.data.adapter.AdapterCacheV2.CPPCache)");
+  EXPECT_EQ(model.impl()->numberOfElements(), elements);
+  EXPECT_FALSE(model.impl()->hasOpenTransaction());
+  EXPECT_EQ(stateOfBroker(), Lines{"open q: a"});
+}
+
+// By reflection
+
+TEST_F(AdapterCacheV2Test, AddsAndRemovesByReflection) {
+  using Adapter = std::shared_ptr<CPPAdapterV2>;
+  const Adapter probe = makeProbe(u"a");
+  const Value qualifier{std::u16string(u"q")};
+  EXPECT_EQ(cache.invoke(u"addCPPAdapterToCache", {Value(probe), qualifier}), Value(true));
+  EXPECT_EQ(cache.getCPPAdapter(u"q"), probe);
+  EXPECT_EQ(cache.invoke(u"addCPPAdapterToCache", {Value(probe), qualifier}), Value(false));
+  EXPECT_EQ(cache.invoke(u"removeCPPAdapterFromCache", {qualifier}), Value(true));
+  EXPECT_EQ(cache.invoke(u"removeCPPAdapterFromCache", {qualifier}), Value(false));
+  EXPECT_EQ(probe.use_count(), 1);
+}
+
+TEST_F(AdapterCacheV2Test, ShowsItsMapToNobody) {
+  const std::string property = "nd.data.adapter.AdapterCacheV2.CPPCache";
+  EXPECT_THAT(raisedBy([&] { cache.getPropertyValue(u"CPPCache"); }),
+              testing::StartsWith("InvalidValue(" + property));
+  EXPECT_THAT(raisedBy([&] { cache.hasPropertyValue(u"CPPCache"); }),
+              testing::StartsWith("InvalidValue(" + property));
+  EXPECT_EQ(
+      raisedBy([&] { cache.setPropertyValue(u"CPPCache", Value(std::vector<lx::base::ModelElement>())); }),
+      "CannotSetReadOnlyProperty(" + property + ")");
+}
+
 // Asking
 
 TEST_F(AdapterCacheV2Test, GivesNullForAnUnknownQualifier) {
@@ -250,7 +335,14 @@ TEST_F(AdapterCacheV2Test, RaisesWhenItIsDestroyed) {
   const std::string name = "nd.data.adapter.AdapterCacheV2.";
   EXPECT_EQ(raisedBy([&] { cache.addCPPAdapterToCache(makeProbe(u"a"), u"q"); }),
             "InvalidValue(" + name + "addCPPAdapterToCache)");
+  EXPECT_EQ(raisedBy([&] { cache.removeCPPAdapterFromCache(u"q"); }),
+            "InvalidValue(" + name + "removeCPPAdapterFromCache)");
   EXPECT_EQ(raisedBy([&] { cache.getCPPAdapter(u"q"); }), "InvalidValue(" + name + "getCPPAdapter)");
+  EXPECT_EQ(raisedBy([&] { cache.getAllAdapterQualifiers(); }),
+            "InvalidValue(" + name + "getAllAdapterQualifiers)");
+  EXPECT_EQ(raisedBy([&] { cache.impl()->addCPPAdapterToCache(makeProbe(u"a"), u"q"); }),
+            "InvalidValue(" + name + "addCPPAdapterToCache)")
+      << "also where the handle is passed by";
 }
 
 }  // namespace

@@ -36,6 +36,7 @@ std::string error(const std::string& diagnostic, const std::string& message, con
 }
 
 std::size_t liveAdapters = 0;
+std::size_t closings = 0;
 
 /// An adapter with a name that takes memory, which makes nothing but what the contract asks of it.
 class Silent final : public CPPAdapterV2 {
@@ -52,7 +53,10 @@ class Silent final : public CPPAdapterV2 {
   bool supportsReading(const std::u16string&) override { return true; }
   bool supportsWriting(const std::u16string&) override { return true; }
   bool open(const std::u16string&) override { return true; }
-  bool close() override { return true; }
+  bool close() override {
+    ++closings;
+    return true;
+  }
   std::u16string getCurrentChecksum() override { return u"1"; }
   bool hasData() override { return true; }
   bool hasVariants() override { return true; }
@@ -260,6 +264,24 @@ TEST_F(BrokerAllocationFailure, LeavesOfAnErrorThatIsSetAPrefixOfTheNewValuesAnd
     EXPECT_GE(seen.size(), 3U) << "each text needs memory, and fails for itself";
     model.impl()->removeObserver(observer);
   }
+}
+
+TEST_F(BrokerAllocationFailure, ClosesEveryAdapterOnceAlsoWhenTheEndOfTheCacheHasToBeRepeated) {
+  const auto prepare = [] {
+    openOne();
+    EXPECT_TRUE(
+        AdapterManagerV2::openSource(u"another source with a name that is as long.test", Section, {}));
+    closings = 0;
+  };
+  EXPECT_GE(failEach(
+                prepare, [] { AdapterCacheV2::getInstance().destroy(); },
+                [](const Lines&) {
+                  EXPECT_LE(closings, 2U);
+                  AdapterCacheV2::getInstance().destroy();
+                  EXPECT_EQ(closings, 2U);
+                  EXPECT_EQ(liveAdapters, 1U) << "the prototype is left";
+                }),
+            4U);
 }
 
 TEST_F(BrokerAllocationFailure, FreesADiagnosticThatCouldNotBeFinished) {

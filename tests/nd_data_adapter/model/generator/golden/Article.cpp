@@ -27,49 +27,47 @@ Article Article::create(const ::lx::base::Model& model, const ::boost::uuids::uu
 }
 
 ::std::int32_t Article::number() const {
-  return static_cast<Impl&>(self("shop.stock.Article.Number")).getNumber();
+  return static_cast<Impl&>(this->self("shop.stock.Article.Number")).getNumber();
 }
 
 void Article::setNumber(const ::std::int32_t& value) const {
-  static_cast<Impl&>(self("shop.stock.Article.Number")).setNumber(value);
+  static_cast<Impl&>(this->self("shop.stock.Article.Number")).setNumber(value);
 }
 
 ::std::u16string Article::label() const {
-  return static_cast<Impl&>(self("shop.stock.Article.label")).getLabel();
+  return static_cast<Impl&>(this->self("shop.stock.Article.label")).getLabel();
 }
 
 void Article::setLabel(const ::std::u16string& value) const {
-  static_cast<Impl&>(self("shop.stock.Article.label")).setLabel(value);
+  static_cast<Impl&>(this->self("shop.stock.Article.label")).setLabel(value);
 }
 
 ::shop::Size Article::size() const {
-  return static_cast<Impl&>(self("shop.stock.Article.size")).getSize();
+  return static_cast<Impl&>(this->self("shop.stock.Article.size")).getSize();
 }
 
 void Article::setSize(const ::shop::Size& value) const {
-  static_cast<Impl&>(self("shop.stock.Article.size")).setSize(value);
+  static_cast<Impl&>(this->self("shop.stock.Article.size")).setSize(value);
 }
 
 bool Article::sold() const {
-  return static_cast<Impl&>(self("shop.stock.Article.Sold")).getSold();
+  return static_cast<Impl&>(this->self("shop.stock.Article.Sold")).getSold();
 }
 
 ::std::int64_t Article::price() const {
-  return static_cast<Impl&>(self("shop.stock.Article.Price")).getPrice();
+  return static_cast<Impl&>(this->self("shop.stock.Article.Price")).getPrice();
 }
 
 ::std::u16string Article::comment() const {
-  return static_cast<Impl&>(self("shop.stock.Article.comment")).getComment();
+  return static_cast<Impl&>(this->self("shop.stock.Article.comment")).getComment();
 }
 
 void Article::setComment(const ::std::u16string& value) const {
-  static_cast<Impl&>(self("shop.stock.Article.comment")).setComment(value);
+  static_cast<Impl&>(this->self("shop.stock.Article.comment")).setComment(value);
 }
 
 bool Article::reduce(const ::std::int64_t& by, const ::std::u16string& because, const ::std::vector<::shop::stock::Article>& also, const ::std::vector<::shop::Size>& sizes) const {
-  Impl& element = static_cast<Impl&>(self("shop.stock.Article.reduce"));
-  element.checkAlive("shop.stock.Article.reduce");
-  return element.reduce(by, because, also, sizes);
+  return ::lx::base::detail::checkedAlive(static_cast<Impl&>(this->self("shop.stock.Article.reduce")), "shop.stock.Article.reduce").reduce(by, because, also, sizes);
 }
 
 // The element
@@ -225,7 +223,7 @@ void Article::Impl::BuilderImpl::createChildren(Impl& element, ::lx::base::Model
   Fields::Table::createChildren(*this, element, orchestrator);
 }
 
-Article::Builder::Builder(const ::lx::base::Model& model) { setModel(model); }
+Article::Builder::Builder(const ::lx::base::Model& model) { ::lx::base::ModelElement::Builder::setModel(model); }
 Article::Builder::~Builder() = default;
 
 ::lx::base::meta::Class Article::Builder::getMetaClass() const { return Article::metaClass(); }
@@ -236,27 +234,27 @@ Article Article::Builder::create(const ::boost::uuids::uuid& uuid) {
 
 // Its query
 
-Article::Constrainables::Constrainables(const ::lx::base::Model& model)
-    : ::lx::base::query::AbstractQuery(model),
-      number(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::std::int32_t {
-        return static_cast<const Impl&>(element).getNumber();
+Article::Constrainables::Constrainables(const ::lx::base::Model& searched_)
+    : ::lx::base::query::AbstractQuery(searched_),
+      number(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::std::int32_t {
+        return static_cast<const Impl&>(element_).getNumber();
       }),
-      label(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::std::u16string {
-        return static_cast<const Impl&>(element).getLabel();
+      label(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::std::u16string {
+        return static_cast<const Impl&>(element_).getLabel();
       }),
-      size(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::shop::Size {
-        return static_cast<const Impl&>(element).getSize();
+      size(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::shop::Size {
+        return static_cast<const Impl&>(element_).getSize();
       }),
-      sold(*this, [](const ::lx::base::ModelElement::Impl& element) -> bool {
-        return static_cast<const Impl&>(element).getSold();
+      sold(*this, [](const ::lx::base::ModelElement::Impl& element_) -> bool {
+        return static_cast<const Impl&>(element_).getSold();
       }),
-      price(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::std::int64_t {
-        return static_cast<const Impl&>(element).getPrice();
+      price(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::std::int64_t {
+        return static_cast<const Impl&>(element_).getPrice();
       }),
-      comment(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::std::u16string {
-        return static_cast<const Impl&>(element).getComment();
+      comment(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::std::u16string {
+        return static_cast<const Impl&>(element_).getComment();
       }) {
-  addCondition([](const ::lx::base::ModelElement::Impl& element) { return dynamic_cast<const Impl*>(&element) != nullptr; });
+  addCondition([](const ::lx::base::ModelElement::Impl& element_) { return dynamic_cast<const Impl*>(&element_) != nullptr; });
 }
 
 Article::Constrainables::~Constrainables() = default;

@@ -27,29 +27,27 @@ Book Book::create(const ::lx::base::Model& model, const ::boost::uuids::uuid& uu
 }
 
 ::boost::optional<::std::string> Book::author() const {
-  return static_cast<Impl&>(self("shop.stock.Book.author")).getAuthor();
+  return static_cast<Impl&>(this->self("shop.stock.Book.author")).getAuthor();
 }
 
-bool Book::hasAuthor() const { return static_cast<Impl&>(self("shop.stock.Book.author")).hasAuthor(); }
+bool Book::hasAuthor() const { return static_cast<Impl&>(this->self("shop.stock.Book.author")).hasAuthor(); }
 
 void Book::setAuthor(const ::boost::optional<::std::string>& value) const {
-  static_cast<Impl&>(self("shop.stock.Book.author")).setAuthor(value);
+  static_cast<Impl&>(this->self("shop.stock.Book.author")).setAuthor(value);
 }
 
 const ::lx::base::PrimitiveSequence<::std::u16string>& Book::chapters() const {
-  return static_cast<Impl&>(self("shop.stock.Book.chapters")).getChapters();
+  return static_cast<Impl&>(this->self("shop.stock.Book.chapters")).getChapters();
 }
 
-bool Book::hasChapters() const { return static_cast<Impl&>(self("shop.stock.Book.chapters")).hasChapters(); }
+bool Book::hasChapters() const { return static_cast<Impl&>(this->self("shop.stock.Book.chapters")).hasChapters(); }
 
 ::lx::base::PrimitiveSequence<::std::u16string>& Book::getChaptersMutable() const {
-  return static_cast<Impl&>(self("shop.stock.Book.chapters")).getChaptersMutable();
+  return static_cast<Impl&>(this->self("shop.stock.Book.chapters")).getChaptersMutable();
 }
 
 void Book::open() const {
-  Impl& element = static_cast<Impl&>(self("shop.stock.Book.open"));
-  element.checkAlive("shop.stock.Book.open");
-  return element.open();
+  return ::lx::base::detail::checkedAlive(static_cast<Impl&>(this->self("shop.stock.Book.open")), "shop.stock.Book.open").open();
 }
 
 // The element
@@ -165,7 +163,7 @@ void Book::Impl::BuilderImpl::createChildren(Impl& element, ::lx::base::ModelEle
   Fields::Table::createChildren(*this, element, orchestrator);
 }
 
-Book::Builder::Builder(const ::lx::base::Model& model) { setModel(model); }
+Book::Builder::Builder(const ::lx::base::Model& model) { ::lx::base::ModelElement::Builder::setModel(model); }
 Book::Builder::~Builder() = default;
 
 ::lx::base::meta::Class Book::Builder::getMetaClass() const { return Book::metaClass(); }
@@ -176,15 +174,15 @@ Book Book::Builder::create(const ::boost::uuids::uuid& uuid) {
 
 // Its query
 
-Book::Constrainables::Constrainables(const ::lx::base::Model& model)
-    : ::shop::stock::Article::Constrainables(model),
-      author(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::boost::optional<::std::string> {
-        return static_cast<const Impl&>(element).getAuthor();
+Book::Constrainables::Constrainables(const ::lx::base::Model& searched_)
+    : ::shop::stock::Article::Constrainables(searched_),
+      author(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::boost::optional<::std::string> {
+        return static_cast<const Impl&>(element_).getAuthor();
       }),
-      chapters(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::std::vector<::std::u16string> {
-        return static_cast<const Impl&>(element).getChapters().values();
+      chapters(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::std::vector<::std::u16string> {
+        return static_cast<const Impl&>(element_).getChapters().values();
       }) {
-  addCondition([](const ::lx::base::ModelElement::Impl& element) { return dynamic_cast<const Impl*>(&element) != nullptr; });
+  addCondition([](const ::lx::base::ModelElement::Impl& element_) { return dynamic_cast<const Impl*>(&element_) != nullptr; });
 }
 
 Book::Constrainables::~Constrainables() = default;

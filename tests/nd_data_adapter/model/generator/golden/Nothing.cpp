@@ -117,7 +117,7 @@ void Nothing::Impl::BuilderImpl::createChildren(Impl& element, ::lx::base::Model
   Fields::Table::createChildren(*this, element, orchestrator);
 }
 
-Nothing::Builder::Builder(const ::lx::base::Model& model) { setModel(model); }
+Nothing::Builder::Builder(const ::lx::base::Model& model) { ::lx::base::ModelElement::Builder::setModel(model); }
 Nothing::Builder::~Builder() = default;
 
 ::lx::base::meta::Class Nothing::Builder::getMetaClass() const { return Nothing::metaClass(); }
@@ -128,9 +128,9 @@ Nothing Nothing::Builder::create(const ::boost::uuids::uuid& uuid) {
 
 // Its query
 
-Nothing::Constrainables::Constrainables(const ::lx::base::Model& model)
-    : ::lx::base::query::AbstractQuery(model) {
-  addCondition([](const ::lx::base::ModelElement::Impl& element) { return dynamic_cast<const Impl*>(&element) != nullptr; });
+Nothing::Constrainables::Constrainables(const ::lx::base::Model& searched_)
+    : ::lx::base::query::AbstractQuery(searched_) {
+  addCondition([](const ::lx::base::ModelElement::Impl& element_) { return dynamic_cast<const Impl*>(&element_) != nullptr; });
 }
 
 Nothing::Constrainables::~Constrainables() = default;

@@ -29,69 +29,67 @@ Shelf Shelf::create(const ::lx::base::Model& model, const ::boost::uuids::uuid& 
 }
 
 const ::lx::base::ElementMap<::std::int32_t, ::shop::stock::Article>& Shelf::articles() const {
-  return static_cast<Impl&>(self("shop.Shelf.articles")).getArticles();
+  return static_cast<Impl&>(this->self("shop.Shelf.articles")).getArticles();
 }
 
-bool Shelf::hasArticles() const { return static_cast<Impl&>(self("shop.Shelf.articles")).hasArticles(); }
+bool Shelf::hasArticles() const { return static_cast<Impl&>(this->self("shop.Shelf.articles")).hasArticles(); }
 
 ::lx::base::ElementMap<::std::int32_t, ::shop::stock::Article>& Shelf::getArticlesMutable() const {
-  return static_cast<Impl&>(self("shop.Shelf.articles")).getArticlesMutable();
+  return static_cast<Impl&>(this->self("shop.Shelf.articles")).getArticlesMutable();
 }
 
 ::shop::stock::Article Shelf::createIntoArticles(const ::shop::stock::Article::BuilderWrapper& builder, const ::boost::uuids::uuid& uuid) const {
-  return static_cast<Impl&>(self("shop.Shelf.articles")).createIntoArticles(builder, uuid);
+  return static_cast<Impl&>(this->self("shop.Shelf.articles")).createIntoArticles(builder, uuid);
 }
 
 const ::lx::base::ElementMultimap<::std::u16string, ::shop::stock::Article>& Shelf::byLabel() const {
-  return static_cast<Impl&>(self("shop.Shelf.byLabel")).getByLabel();
+  return static_cast<Impl&>(this->self("shop.Shelf.byLabel")).getByLabel();
 }
 
-bool Shelf::hasByLabel() const { return static_cast<Impl&>(self("shop.Shelf.byLabel")).hasByLabel(); }
+bool Shelf::hasByLabel() const { return static_cast<Impl&>(this->self("shop.Shelf.byLabel")).hasByLabel(); }
 
 ::lx::base::ElementMultimap<::std::u16string, ::shop::stock::Article>& Shelf::getByLabelMutable() const {
-  return static_cast<Impl&>(self("shop.Shelf.byLabel")).getByLabelMutable();
+  return static_cast<Impl&>(this->self("shop.Shelf.byLabel")).getByLabelMutable();
 }
 
 ::shop::stock::Article Shelf::createIntoByLabel(const ::shop::stock::Article::BuilderWrapper& builder, const ::boost::uuids::uuid& uuid) const {
-  return static_cast<Impl&>(self("shop.Shelf.byLabel")).createIntoByLabel(builder, uuid);
+  return static_cast<Impl&>(this->self("shop.Shelf.byLabel")).createIntoByLabel(builder, uuid);
 }
 
 const ::lx::base::ElementSequence<::shop::stock::Article>& Shelf::row() const {
-  return static_cast<Impl&>(self("shop.Shelf.row")).getRow();
+  return static_cast<Impl&>(this->self("shop.Shelf.row")).getRow();
 }
 
-bool Shelf::hasRow() const { return static_cast<Impl&>(self("shop.Shelf.row")).hasRow(); }
+bool Shelf::hasRow() const { return static_cast<Impl&>(this->self("shop.Shelf.row")).hasRow(); }
 
 ::shop::stock::Book Shelf::best() const {
-  return static_cast<Impl&>(self("shop.Shelf.best")).getBest();
+  return static_cast<Impl&>(this->self("shop.Shelf.best")).getBest();
 }
 
-bool Shelf::hasBest() const { return static_cast<Impl&>(self("shop.Shelf.best")).hasBest(); }
+bool Shelf::hasBest() const { return static_cast<Impl&>(this->self("shop.Shelf.best")).hasBest(); }
 
 void Shelf::setBest(const ::shop::stock::Book& value) const {
-  static_cast<Impl&>(self("shop.Shelf.best")).setBest(value);
+  static_cast<Impl&>(this->self("shop.Shelf.best")).setBest(value);
 }
 
 ::shop::stock::Book Shelf::createIntoBest(const ::shop::stock::Book::BuilderWrapper& builder, const ::boost::uuids::uuid& uuid) const {
-  return static_cast<Impl&>(self("shop.Shelf.best")).createIntoBest(builder, uuid);
+  return static_cast<Impl&>(this->self("shop.Shelf.best")).createIntoBest(builder, uuid);
 }
 
 ::lx::base::ModelElement Shelf::anything() const {
-  return static_cast<Impl&>(self("shop.Shelf.anything")).getAnything();
+  return static_cast<Impl&>(this->self("shop.Shelf.anything")).getAnything();
 }
 
 void Shelf::setAnything(const ::lx::base::ModelElement& value) const {
-  static_cast<Impl&>(self("shop.Shelf.anything")).setAnything(value);
+  static_cast<Impl&>(this->self("shop.Shelf.anything")).setAnything(value);
 }
 
 ::lx::base::ModelElement Shelf::createIntoAnything(const ::lx::base::ModelElement::BuilderWrapper& builder, const ::boost::uuids::uuid& uuid) const {
-  return static_cast<Impl&>(self("shop.Shelf.anything")).createIntoAnything(builder, uuid);
+  return static_cast<Impl&>(this->self("shop.Shelf.anything")).createIntoAnything(builder, uuid);
 }
 
 ::shop::Till* Shelf::till() const {
-  Impl& element = static_cast<Impl&>(self("shop.Shelf.till"));
-  element.checkAlive("shop.Shelf.till");
-  return element.till();
+  return ::lx::base::detail::checkedAlive(static_cast<Impl&>(this->self("shop.Shelf.till")), "shop.Shelf.till").till();
 }
 
 // The element
@@ -268,7 +266,7 @@ void Shelf::Impl::BuilderImpl::createChildren(Impl& element, ::lx::base::ModelEl
   Fields::Table::createChildren(*this, element, orchestrator);
 }
 
-Shelf::Builder::Builder(const ::lx::base::Model& model) { setModel(model); }
+Shelf::Builder::Builder(const ::lx::base::Model& model) { ::lx::base::ModelElement::Builder::setModel(model); }
 Shelf::Builder::~Builder() = default;
 
 ::lx::base::meta::Class Shelf::Builder::getMetaClass() const { return Shelf::metaClass(); }
@@ -279,24 +277,24 @@ Shelf Shelf::Builder::create(const ::boost::uuids::uuid& uuid) {
 
 // Its query
 
-Shelf::Constrainables::Constrainables(const ::lx::base::Model& model)
-    : ::lx::base::query::AbstractQuery(model),
-      articles(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::std::vector<::lx::base::ModelElement> {
-        return static_cast<const Impl&>(element).getArticles().toValue().as<::std::vector<::lx::base::ModelElement>>();
+Shelf::Constrainables::Constrainables(const ::lx::base::Model& searched_)
+    : ::lx::base::query::AbstractQuery(searched_),
+      articles(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::std::vector<::lx::base::ModelElement> {
+        return static_cast<const Impl&>(element_).getArticles().toValue().as<::std::vector<::lx::base::ModelElement>>();
       }),
-      byLabel(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::std::vector<::lx::base::ModelElement> {
-        return static_cast<const Impl&>(element).getByLabel().toValue().as<::std::vector<::lx::base::ModelElement>>();
+      byLabel(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::std::vector<::lx::base::ModelElement> {
+        return static_cast<const Impl&>(element_).getByLabel().toValue().as<::std::vector<::lx::base::ModelElement>>();
       }),
-      row(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::std::vector<::lx::base::ModelElement> {
-        return static_cast<const Impl&>(element).getRow().toValue().as<::std::vector<::lx::base::ModelElement>>();
+      row(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::std::vector<::lx::base::ModelElement> {
+        return static_cast<const Impl&>(element_).getRow().toValue().as<::std::vector<::lx::base::ModelElement>>();
       }),
-      best(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::shop::stock::Book {
-        return static_cast<const Impl&>(element).getBest();
+      best(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::shop::stock::Book {
+        return static_cast<const Impl&>(element_).getBest();
       }),
-      anything(*this, [](const ::lx::base::ModelElement::Impl& element) -> ::lx::base::ModelElement {
-        return static_cast<const Impl&>(element).getAnything();
+      anything(*this, [](const ::lx::base::ModelElement::Impl& element_) -> ::lx::base::ModelElement {
+        return static_cast<const Impl&>(element_).getAnything();
       }) {
-  addCondition([](const ::lx::base::ModelElement::Impl& element) { return dynamic_cast<const Impl*>(&element) != nullptr; });
+  addCondition([](const ::lx::base::ModelElement::Impl& element_) { return dynamic_cast<const Impl*>(&element_) != nullptr; });
 }
 
 Shelf::Constrainables::~Constrainables() = default;

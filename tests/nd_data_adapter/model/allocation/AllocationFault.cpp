@@ -1,0 +1,82 @@
+#include "tests/nd_data_adapter/model/allocation/AllocationFault.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::size_t remaining = 0;
+bool failsOn = false;
+bool occurred = false;
+std::size_t asked = 0;
+std::size_t count = 0;
+
+bool isToFail() noexcept {
+  ++asked;
+  if (remaining == 0 || --remaining > 0) return false;
+  if (failsOn) remaining = 1;
+  occurred = true;
+  return true;
+}
+
+void release(void* memory) noexcept {
+  if (memory != nullptr) --count;
+  std::free(memory);
+}
+
+}  // namespace
+
+AllocationFault::AllocationFault(std::size_t number, Extent extent) noexcept {
+  occurred = false;
+  failsOn = extent == Extent::WithAllThatFollow;
+  remaining = number;
+}
+
+AllocationFault::~AllocationFault() {
+  remaining = 0;
+}
+
+bool AllocationFault::hasOccurred() noexcept {
+  return occurred;
+}
+
+std::size_t AllocationFault::requests() noexcept {
+  return asked;
+}
+
+std::size_t AllocationFault::live() noexcept {
+  return count;
+}
+
+void* operator new(std::size_t size) {
+  void* const memory = isToFail() ? nullptr : std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  ++count;
+  return memory;
+}
+
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+void operator delete(void* memory) noexcept {
+  release(memory);
+}
+void operator delete[](void* memory) noexcept {
+  release(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  release(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+  release(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  release(memory);
+}

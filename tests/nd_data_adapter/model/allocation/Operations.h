@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tests/nd_data_adapter/model/allocation/World.h"
+
+namespace allocation_test {
+
+/// Something that is done to a world.
+struct Operation {
+  std::string name;
+  std::function<void(const World&)> run;
+};
+
+/// List the operations by what they concern.
+std::vector<Operation> lifeOperations();
+std::vector<Operation> valueOperations();
+std::vector<Operation> collectionOperations();
+std::vector<Operation> builderOperations();
+std::vector<Operation> transactionOperations();
+std::vector<Operation> reflectionOperations();
+
+/// Give the one change that is outside of all transactions.
+Operation nameOfFreeEntry();
+
+}  // namespace allocation_test
