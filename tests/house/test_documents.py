@@ -1,16 +1,15 @@
 """What scripts/check_documents.py finds wrong with a document, and what it mends."""
 
 import contextlib
-import importlib.util
 import io
+import sys
 import tempfile
 import unittest
 from pathlib import Path
 
-SCRIPT = Path(__file__).resolve().parents[2] / "scripts" / "check_documents.py"
-spec = importlib.util.spec_from_file_location("check_documents", SCRIPT)
-checker = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(checker)
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
+
+import check_documents as checker  # noqa: E402
 
 PROGRAM = """#include <cstdio>
 int main() {

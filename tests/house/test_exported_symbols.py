@@ -1,18 +1,17 @@
 """What scripts/check_exported_symbols.py takes for part of an interface, shown on small libraries."""
 
 import contextlib
-import importlib.util
 import io
 import os
 import subprocess
+import sys
 import tempfile
 import unittest
 from pathlib import Path
 
-SCRIPT = Path(__file__).resolve().parents[2] / "scripts" / "check_exported_symbols.py"
-spec = importlib.util.spec_from_file_location("check_exported_symbols", SCRIPT)
-checker = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(checker)
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
+
+import check_exported_symbols as checker  # noqa: E402
 
 EVERY_KIND = r"""
 #include <map>

@@ -35,6 +35,15 @@ def files_below(folder):
     return sorted(str(path.relative_to(folder)) for path in Path(folder).rglob("*") if path.is_file())
 
 
+def golden(name):
+    """Gives the file that holds what the generator is to write under a name."""
+    return GOLDEN / f"{name}.expected"
+
+
+def golden_names():
+    return [name.removesuffix(".expected") for name in files_below(GOLDEN)]
+
+
 sys.path.insert(0, str(GENERATOR.parent))
 
 from loading import ModelError  # noqa: E402
@@ -59,18 +68,18 @@ class GoldenOutputs(WithFolder):
     def test_are_what_the_generator_makes_of_the_small_model(self):
         self.expect_success(generate_small(self.folder))
         made = self.folder / SMALL_HEADERS
-        self.assertEqual(files_below(self.folder), [f"{SMALL_HEADERS}/{name}" for name in files_below(GOLDEN)])
-        for name in files_below(GOLDEN):
+        self.assertEqual(files_below(self.folder), [f"{SMALL_HEADERS}/{name}" for name in golden_names()])
+        for name in golden_names():
             with self.subTest(file=name):
                 self.assertMultiLineEqual((made / name).read_text(encoding="utf-8"),
-                                          (GOLDEN / name).read_text(encoding="utf-8"))
+                                          golden(name).read_text(encoding="utf-8"))
 
     def test_do_not_depend_on_where_the_model_and_the_outputs_are(self):
         copy = self.folder / "elsewhere.yaml"
         copy.write_bytes(SMALL.read_bytes())
         self.expect_success(generate(copy, "--name", SMALL_NAME, "--root", self.folder / "out"))
-        for name in files_below(GOLDEN):
-            self.assertEqual((self.folder / "out" / SMALL_HEADERS / name).read_bytes(), (GOLDEN / name).read_bytes())
+        for name in golden_names():
+            self.assertEqual((self.folder / "out" / SMALL_HEADERS / name).read_bytes(), golden(name).read_bytes())
 
     def test_are_the_same_whatever_the_seed_of_hashes_is(self):
         for seed in "0", "1", "42":
@@ -78,13 +87,13 @@ class GoldenOutputs(WithFolder):
                                    "--root", str(self.folder / seed)], env={**os.environ, "PYTHONHASHSEED": seed},
                                   capture_output=True, text=True, timeout=120)
             self.expect_success(done)
-            for name in files_below(GOLDEN):
+            for name in golden_names():
                 self.assertEqual((self.folder / seed / SMALL_HEADERS / name).read_bytes(),
-                                 (GOLDEN / name).read_bytes())
+                                 golden(name).read_bytes())
 
     def test_say_that_they_are_generated_and_name_their_source(self):
-        for name in files_below(GOLDEN):
-            first = (GOLDEN / name).read_text(encoding="utf-8").splitlines()[0]
+        for name in golden_names():
+            first = golden(name).read_text(encoding="utf-8").splitlines()[0]
             self.assertEqual(first, f"// Generated from {SMALL_NAME}; do not edit.")
 
 
@@ -95,7 +104,7 @@ class Files(WithFolder):
         done = generate(SMALL, "--name", SMALL_NAME, "--root", self.folder, "--list")
         self.expect_success(done)
         self.assertEqual(files_below(self.folder), [])
-        self.assertEqual(sorted(done.stdout.split()), [f"{SMALL_HEADERS}/{name}" for name in files_below(GOLDEN)])
+        self.assertEqual(sorted(done.stdout.split()), [f"{SMALL_HEADERS}/{name}" for name in golden_names()])
 
     def test_keep_their_time_while_their_content_stays(self):
         self.expect_success(generate_small(self.folder))
@@ -181,11 +190,11 @@ class Content(WithFolder):
         self.assertEqual(self.made("classes:\n" + derived + base, "Derived.h"), first)
 
     def test_the_indices_of_a_subclass_go_on_from_those_of_its_superclass(self):
-        text = (GOLDEN / "Book.cpp").read_text(encoding="utf-8")
+        text = golden("Book.cpp").read_text(encoding="utf-8")
         self.assertEqual(re.findall(r"Field<(\d+), &Impl::(\w+),", text), [("7", "author_"), ("8", "chapters_")] * 2)
 
     def test_a_mutator_that_is_not_public_is_on_the_element_only(self):
-        text = (GOLDEN / "Article.h").read_text(encoding="utf-8")
+        text = golden("Article.h").read_text(encoding="utf-8")
         handle, element = text.split("class SHOP_EXPORT Article::Impl :")
         self.assertNotIn("setSold", handle)
         self.assertIn("void setSold(", element)
@@ -212,7 +221,7 @@ def accept():
         for old in GOLDEN.iterdir():
             old.unlink()
         for made in (Path(folder) / SMALL_HEADERS).iterdir():
-            (GOLDEN / made.name).write_bytes(made.read_bytes())
+            golden(made.name).write_bytes(made.read_bytes())
     return 0
 
 
