@@ -6,9 +6,8 @@
 #include <string>
 #include <vector>
 
-#include <benchmark/benchmark.h>
-
 #include "benchmarks/KeepAlive.h"
+#include "benchmarks/Ratios.h"
 #include "nd_data_adapter/nd_data_adapter.h"
 #include "platform/text/FoldedCompare.h"
 

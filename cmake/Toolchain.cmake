@@ -6,6 +6,10 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
+# What a shared library exports it also calls directly and inlines within itself: nobody replaces parts of it.
+add_compile_options(-fno-semantic-interposition)
+add_link_options(-Wl,-Bsymbolic-functions)
+
 find_program(ND_CCACHE ccache)
 if(ND_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   # A precompiled header carries its time of making; ccache has to be told to look past that.

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "nd_data_adapter/nd_data_adapter.h"
+#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/Query.h"
 #include "platform/text/Convert.h"

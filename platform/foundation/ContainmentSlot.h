@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/export.h"
-#include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/ModelAccess.h"
 
 namespace lx::base {
 
@@ -66,7 +66,9 @@ namespace detail {
 class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
  public:
   ContainmentSlot(ModelElement::Impl& owner, unsigned index) noexcept
-      : AbstractOwnedCollection(owner, index) {}
+      : AbstractOwnedCollection(owner, index) {
+    owner.flags_ |= ModelElement::Impl::Composite;
+  }
   virtual ~ContainmentSlot();
 
   /// Take a child out, within a transaction, without destroying it; its container is then none.

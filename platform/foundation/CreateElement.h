@@ -1,20 +1,37 @@
 #pragma once
 
-#include "platform/foundation/ModelImpl.h"
+#include <type_traits>
+
+#include "platform/foundation/ModelAccess.h"
 
 namespace lx::base::detail {
 
 /// Raise `InvalidValue` that names the operation if the model is null or gone.
 ND_PLATFORM_EXPORT void checkModel(const char* operation, const Model& model);
 
+/// Whether a class has no say in the creation of its elements, and none in their end.
+template <class ImplT>
+inline constexpr bool IsMuteAtCreation =
+    std::is_same_v<decltype(&ImplT::didCreate), void (ModelElement::Impl::*)()>;
+template <class ImplT>
+inline constexpr bool IsMuteAtItsEnd =
+    std::is_same_v<decltype(&ImplT::aboutToDestroy), void (ModelElement::Impl::*)()>;
+
 /// Make an element in a model, in one transaction; an exception leaves nothing of it.
 template <class E>
 E createElement(const char* operation, const Model& model, const boost::uuids::uuid& uuid) {
-  checkModel(operation, model);
-  Transaction transaction = model.impl()->beginTransaction(false);
-  const E element(new typename E::Impl(model, uuid));
-  element.impl()->notifyCreated();
-  transaction.commit();
+  using ImplT = typename E::Impl;
+  const bool isAlive = model && model.impl()->isAlive();
+  if (!isAlive) checkModel(operation, model);
+  const E element(new ImplT(model, uuid));
+  if constexpr (IsMuteAtItsEnd<ImplT>) ModelAccess::setMute(*element.impl());
+  if constexpr (IsMuteAtCreation<ImplT>) {
+    ModelAccess::createMute(element);
+  } else {
+    Transaction transaction = model.impl()->beginTransaction(false);
+    element.impl()->notifyCreated();
+    transaction.commit();
+  }
   return element;
 }
 

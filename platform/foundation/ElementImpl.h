@@ -41,6 +41,14 @@ class ND_PLATFORM_EXPORT ElementImpl {
   /// Add a reference.
   void addRef() const noexcept { ++references_; }
 
+  /// Take a reference away as `removeRef` does, without a call unless it is the last.
+  void dropRef() const noexcept {
+    if (references_ > 1)
+      --references_;
+    else
+      removeRef();
+  }
+
  protected:
   ElementImpl() noexcept = default;
 

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
+
+#include <boost/optional.hpp>
 
 #include "platform/foundation/ContainedReference.h"
 #include "platform/foundation/ElementMap.h"
@@ -69,6 +73,22 @@ void setFromValue(ImplT&, Collection& field, std::nullptr_t, const Value& value)
 
 }  // namespace detail
 
+namespace detail {
+
+/// Whether letting go of a value runs no code but the language's own: numbers, texts, lists of them.
+template <class T>
+struct IsInert : std::is_trivially_destructible<T> {};
+template <class C>
+struct IsInert<std::basic_string<C>> : std::true_type {};
+template <class T>
+struct IsInert<std::vector<T>> : IsInert<T> {};
+template <class T>
+struct IsInert<boost::optional<T>> : IsInert<T> {};
+template <class Core>
+struct IsInert<JournalMark<Core>> : std::true_type {};  // once it was restored from
+
+}  // namespace detail
+
 /// One field of a class: the index of its property, the member of the element, the member of the storage that
 /// keeps its old value, and the setter that reflection uses (null for a collection, and for what can't be
 /// set).
@@ -102,6 +122,11 @@ struct Field {
 /// superclass are its own table's.
 template <class... Fields>
 struct FieldTable {
+  /// Whether the old values of the fields may go while a transaction is being undone.
+  template <class StorageT>
+  static constexpr bool AreInert =
+      (detail::IsInert<std::remove_cvref_t<decltype(Fields::old(std::declval<StorageT&>()))>>::value && ...);
+
   /// Call f with the field of the index; false if the class adds no such property.
   template <class F>
   static bool withField([[maybe_unused]] unsigned index, [[maybe_unused]] F f) {

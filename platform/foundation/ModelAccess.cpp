@@ -22,10 +22,11 @@
 // may reach over changes that were made since, the storages of what lives are kept until the outermost notice
 // has ended.
 
+#include "platform/foundation/ModelAccess.h"
+
 #include <algorithm>
 
-#include "platform/foundation/ContainmentSlot.h"
-#include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/Report.h"
 
 namespace lx::base {
@@ -95,15 +96,18 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
     storage->revertUnchanged(*storage->element_);
   }
   const bool tells = !level.quiet && !model.observers_.empty();
-  const ChangeSet changes = tells ? collectChanges(level) : ChangeSet();
+  const std::vector<ModelElement> created = tells ? createdIn(level) : std::vector<ModelElement>();
+  const std::vector<ModelElement> destroyed = tells ? destroyedIn(level) : std::vector<ModelElement>();
 
   // From here on nothing throws: the changes stand.
   const Model keep(&model);
+  const Value told = level.label ? std::move(*level.label) : Value();
   Storage* const saved = level.saved;
   Element* const dead = settle(level);
   model.top_ = nullptr;
   recycle(level);
-  if (!changes.created_.empty() || !changes.destroyed_.empty() || changes.hasChanges_) notify(model, changes);
+  if (tells && (!created.empty() || !destroyed.empty() || hasChanges(saved)))
+    notify(model, ChangeSet(model, created, destroyed, saved, &told));
   bury(dead);
   retire(model, saved);
 }
@@ -183,17 +187,49 @@ void ModelAccess::handOver(Level& level) noexcept {
   release(obsolete);
 }
 
+namespace {
+
+/// Ask for the memory of an object before it is needed.
+template <class T>
+void prefetch(const T* object) noexcept {
+  constexpr std::size_t Line = 64;
+  for (std::size_t at = 0; at < sizeof(T) + Line; at += Line) {
+    __builtin_prefetch(reinterpret_cast<const char*>(object) + at);
+  }
+}
+
+}  // namespace
+
+/// Ask for what undoing will touch next: the storages and elements of a large transaction lie far apart.
+void ModelAccess::fetch(const Storage& next) noexcept {
+  prefetch(next.next_);
+  prefetch(next.element_);
+}
+
 void ModelAccess::rollBack(Level& level) noexcept {
   Model::Impl& model = *level.model;
   const Model keep(&model);
   while (model.top_ != &level) rollBack(*model.top_);
 
   untell(model, level.toldBefore);
-  Storage* const saved = level.saved;
-  for (Storage* storage = saved; storage != nullptr; storage = storage->next_) {
-    storage->element_->copyStateFromStorage(*storage);
-    storage->element_->storage_ = storage->outer_;
+  Storage* foreign = nullptr;
+  Storage** end = &foreign;
+  for (Storage* storage = level.saved; storage != nullptr;) {
+    Storage& undone = *storage;
+    Element& element = *undone.element_;
+    storage = undone.next_;
+    if (storage != nullptr) fetch(*storage);
+    element.copyStateFromStorage(undone);
+    element.storage_ = undone.outer_;
+    if (undone.isInert_) {
+      delete &undone;
+      element.dropRef();  // not the last: the model holds what it has
+    } else {
+      *end = &undone;
+      end = &undone.next_;
+    }
   }
+  *end = nullptr;
   Element* undone = nullptr;
   while (model.newest_ != level.newestBefore) {
     Element& created = *model.newest_;
@@ -212,7 +248,7 @@ void ModelAccess::rollBack(Level& level) noexcept {
     created.basicDisassociateAll();
     created.removeRef();
   }
-  release(saved);
+  release(foreign);
 }
 
 void ModelAccess::release(Storage* saved) noexcept {
@@ -244,36 +280,67 @@ ModelAccess::Storage* ModelAccess::releaseOfDead(Storage* saved) noexcept {
   return living;
 }
 
-ChangeSet ModelAccess::collectChanges(Level& level) {
-  ChangeSet result;
-  result.model_ = Model(level.model);
-  if (level.label) result.label_ = *level.label;
+std::vector<ModelElement> ModelAccess::createdIn(const Level& level) {
+  std::vector<ModelElement> result;
   const Element* const first = level.newestBefore;
   for (Element* element = first == nullptr ? level.model->oldest_ : first->next_; element != nullptr;
        element = element->next_) {
-    if (element->isAlive()) result.created_.emplace_back(element);
+    if (element->isAlive()) result.emplace_back(element);
   }
-  for (const Storage* storage = level.saved; storage != nullptr; storage = storage->next_) {
-    if (!storage->element_->isAlive()) result.destroyed_.emplace_back(storage->element_);
-  }
-  std::reverse(result.destroyed_.begin(), result.destroyed_.end());
-  forEachChanged(level.saved, [&](const Element&, const Storage&) { result.hasChanges_ = true; });
-  result.saved_ = level.saved;
   return result;
 }
 
+std::vector<ModelElement> ModelAccess::destroyedIn(const Level& level) {
+  std::vector<ModelElement> result;
+  for (const Storage* storage = level.saved; storage != nullptr; storage = storage->next_) {
+    if (!storage->element_->isAlive()) result.emplace_back(storage->element_);
+  }
+  std::reverse(result.begin(), result.end());
+  return result;
+}
+
+bool ModelAccess::hasChanges(const Storage* saved) noexcept {
+  while (saved != nullptr && !hasChangedProperty(*saved)) saved = saved->next_;
+  return saved != nullptr;
+}
+
+/// Tell all observers; the caller keeps the model.
 void ModelAccess::notify(Model::Impl& model, const ChangeSet& changes) noexcept {
   ++model.telling_;
   const std::size_t count = model.observers_.size();  // one that is added meanwhile hears of the next commit
-  for (std::size_t at = 0; at < std::min(count, model.observers_.size()); ++at) {
+  for (std::size_t at = 0; at < count && at < model.observers_.size(); ++at) {
     if (model.observers_[at] == nullptr) continue;
     ++model.counters_.notices;
     model.observers_[at]->changed(changes);
   }
-  if (--model.telling_ == 0) std::erase(model.observers_, nullptr);
+  if (--model.telling_ == 0 && model.lostObservers_) {
+    std::erase(model.observers_, nullptr);
+    model.lostObservers_ = false;
+  }
 }
 
-void ModelAccess::link(Element& element) {
+void ModelAccess::tellLoneChange(Element& element, const Storage& saved) noexcept {
+  const ModelElement keep(&element);
+  Model::Impl& model = *element.model_;
+  model.addRef();
+  notify(model, ChangeSet(model, {}, {}, &saved, nullptr));
+  model.removeRef();
+}
+
+void ModelAccess::createMute(const ModelElement& created) {
+  Element& element = *created.impl();
+  Model::Impl& model = *element.model_;
+  checkUsable(model);
+  countTransaction(model);
+  if (!element.uuid_.is_nil()) model.identify(element.uuid_, element);
+  link(element);
+  if (!isAloneAndObserved(model)) return;
+  model.addRef();
+  notify(model, ChangeSet(model, {&created, 1}, {}, nullptr, nullptr));
+  model.removeRef();
+}
+
+void ModelAccess::link(Element& element) noexcept {
   Model::Impl& model = *element.model_;
   element.previous_ = model.newest_;
   (model.newest_ == nullptr ? model.oldest_ : model.newest_->next_) = &element;

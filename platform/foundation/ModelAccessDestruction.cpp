@@ -8,8 +8,9 @@
 
 #include <utility>
 
+#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/ContainmentSlot.h"
-#include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/ModelAccess.h"
 #include "platform/foundation/Report.h"
 
 namespace lx::base {
@@ -27,8 +28,7 @@ FinalChanges::~FinalChanges() {
   --model_.impl()->dying_;
 }
 
-bool ModelAccess::isWithinDying(const Element& element) noexcept {
-  if (element.model_ == nullptr || element.model_->dying_ == 0) return false;
+bool ModelAccess::hasDyingContainer(const Element& element) noexcept {
   for (const Element* container = element.container(); container != nullptr;
        container = container->container()) {
     if ((container->flags_ & Element::Dying) != 0) return true;
@@ -138,8 +138,29 @@ void ModelAccess::kill(Element& element) {
   for (const ModelElement& each : subtree) each.impl()->flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
 }
 
+/// Tell whether an element can be destroyed without more ado: nothing is to be undone, nobody has a say in
+/// it, and it stands alone.
+bool ModelAccess::endsUnheard(const Element& element) noexcept {
+  const Model::Impl& model = *element.model_;
+  return (element.flags_ & (Element::Mute | Element::Composite)) == Element::Mute &&
+         element.slot_ == nullptr && model.top_ == nullptr && !model.frozen_;
+}
+
+void ModelAccess::destroyUnheard(Element& element) noexcept {
+  const ModelElement destroyed(&element);
+  Model::Impl& model = *element.model_;
+  model.addRef();
+  countTransaction(model);
+  element.flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
+  unlink(element);
+  if (!model.observers_.empty()) notify(model, ChangeSet(model, {}, {&destroyed, 1}, nullptr, nullptr));
+  bury(&element);
+  model.removeRef();
+}
+
 void ModelAccess::destroy(Element& element) {
   if (!element.isAlive() || element.isBeingDestroyed()) return;
+  if (endsUnheard(element)) return destroyUnheard(element);
   const ModelElement keep(&element);
   const Model keepModel(element.model_);
   Model::Impl& model = *element.model_;

@@ -4,6 +4,7 @@
 
 #include "platform/foundation/ContainmentSlot.h"
 #include "platform/foundation/Identity.h"
+#include "platform/foundation/ModelAccess.h"
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/Report.h"
 #include "platform/foundation/meta/Meta.h"
@@ -68,13 +69,6 @@ Value ModelElement::invoke(const std::u16string& operation, const std::vector<Va
 }
 
 // The element
-
-ModelElement::Impl::Impl(const Model& model, const boost::uuids::uuid& uuid)
-    : model_(model.impl()), uuid_(uuid) {
-  if (!uuid.is_nil()) flags_ |= Identified;
-}
-
-ModelElement::Impl::~Impl() = default;
 
 Model ModelElement::Impl::getModel() const {
   return Model(isAlive() ? model_ : nullptr);
@@ -191,14 +185,9 @@ void ModelElement::Impl::notifyCreated() {
   didCreate();
 }
 
-void ModelElement::Impl::notifyModifying(unsigned index) {
-  if (model_ != nullptr && model_->hasOpenTransaction()) saveOldValue(index);
-}
-
 void ModelElement::Impl::saveOldValue(unsigned index) {
   detail::Level& level = *model_->top_;
   const bool here = storage_ != nullptr && storage_->level_ == &level;
-  if (here && storage_->isChanged(index)) return;
   if (here) {
     copyValue(index, *storage_, nullptr);
   } else {
@@ -239,10 +228,6 @@ ModelElement::Impl* ModelElement::Impl::container() const noexcept {
 void ModelElement::Impl::_setContainedByThis(Impl& child, detail::ContainmentSlot& slot) {
   child.notifyModifying(ContainerIndex);
   child.basicSetContainer(&slot);
-}
-
-bool ModelElement::Impl::isFrozen() const noexcept {
-  return model_ != nullptr && model_->isFrozen();
 }
 
 std::u16string ModelElement::Impl::nameOfProperty(unsigned index) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -11,6 +12,7 @@
 #include "platform/export.h"
 #include "platform/foundation/ElementImpl.h"
 #include "platform/foundation/Model.h"
+#include "platform/foundation/Pool.h"
 #include "platform/foundation/Value.h"
 
 namespace lx::base {
@@ -120,8 +122,12 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   static constexpr unsigned LifeIndex = 0;
   static constexpr unsigned ContainerIndex = 63;
 
-  Impl(const Model& model, const boost::uuids::uuid& uuid);
-  ~Impl() override;
+  Impl(const Model& model, const boost::uuids::uuid& uuid)
+      : flags_(uuid.is_nil() ? 0U : Identified), model_(model.impl()), uuid_(uuid) {}
+  ~Impl() override = default;
+
+  static void* operator new(std::size_t size) { return detail::allocateBlock(size); }
+  static void operator delete(void* block, std::size_t size) noexcept { detail::freeBlock(block, size); }
 
   Model getModel() const override;
   meta::Class getMetaClass() const override;
@@ -201,6 +207,10 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   /// Say that a property is about to change: saves its old value if a transaction can ask for it back.
   void notifyModifying(unsigned index);
 
+  /// Tell whether the open transaction has the property's old value already, or needs none since the element
+  /// was made in it.
+  bool isSavedInOpenTransaction(unsigned index) const noexcept;
+
   /// Destroy the element and all that it contains, also what an `aboutToDestroy` adds to it. An exception of
   /// `aboutToDestroy` passes and undoes it.
   void destroy();
@@ -218,9 +228,7 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
 
   /// Raise if a mutator must not run: `CannotModifyProxy` on a proxy, `InvalidValue` on an element that is
   /// gone or whose model is frozen.
-  void checkWritable(unsigned index) const {
-    if ((flags_ & (Alive | Proxy)) != Alive || isFrozen()) raiseNotWritable(index);
-  }
+  void checkWritable(unsigned index) const;
 
   /// Raise `InvalidValue` that names the operation if the element is gone.
   void checkAlive(const char* operation) const;
@@ -241,14 +249,22 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   Impl() noexcept;
 
  private:
+  friend class detail::ContainmentSlot;
   friend class FinalChanges;
   friend class ModelAccess;
   friend class Model::Impl;
 
-  enum Flag : std::uint32_t { Alive = 1, Proxy = 2, Told = 4, Dying = 8, Identified = 16, Linked = 32 };
+  enum Flag : std::uint32_t {
+    Alive = 1,
+    Proxy = 2,
+    Told = 4,         // that it is about to be destroyed
+    Dying = 8,        // is in its aboutToDestroy
+    Identified = 16,  // has an identity
+    Mute = 32,        // is known to have no aboutToDestroy of its own
+    Composite = 64    // has a property that contains elements
+  };
 
   [[noreturn]] void raiseNotWritable(unsigned index) const;
-  bool isFrozen() const noexcept;
   void saveOldValue(unsigned index);
 
   mutable std::uint32_t flags_ = 0;
@@ -272,9 +288,13 @@ class ND_PLATFORM_EXPORT ModelElement::Impl::ContainedVisitor {
 class ND_PLATFORM_EXPORT ModelElement::Impl::Storage {
  public:
   Storage() noexcept = default;
+  Storage(Impl& element, unsigned index) noexcept : mask_(std::uint64_t{1} << index), element_(&element) {}
   Storage(const Storage&) = delete;
   Storage& operator=(const Storage&) = delete;
   virtual ~Storage();
+
+  static void* operator new(std::size_t size) { return detail::allocateBlock(size); }
+  static void operator delete(void* block, std::size_t size) noexcept { detail::freeBlock(block, size); }
 
   /// Keep the container that the element had.
   virtual void setOldContainer(detail::ContainmentSlot* slot) noexcept;
@@ -293,6 +313,9 @@ class ND_PLATFORM_EXPORT ModelElement::Impl::Storage {
   /// The element whose old values these are.
   const Impl* element() const noexcept { return element_; }
 
+  /// Say that letting go of what is kept may run code of others, so that it has to wait until all is undone.
+  void keepForeign() noexcept { isInert_ = false; }
+
  private:
   friend class ModelElement::Impl;
   friend class Model::Impl;
@@ -306,6 +329,7 @@ class ND_PLATFORM_EXPORT ModelElement::Impl::Storage {
   Impl* element_ = nullptr;
   detail::ContainmentSlot* oldSlot_ = nullptr;
   std::uint32_t oldLife_ = 0;  // alive or not, a proxy or not
+  bool isInert_ = true;        // nobody else notices when what is kept is let go
 };
 
 /// What one element's properties were before a transaction.
@@ -338,7 +362,7 @@ inline ModelElement::ModelElement(Impl* impl) noexcept : impl_(impl) {
 }
 inline ModelElement::ModelElement(const ModelElement& other) noexcept : ModelElement(other.impl_) {}
 inline ModelElement::~ModelElement() {
-  if (impl_ != nullptr) impl_->removeRef();
+  if (impl_ != nullptr) impl_->dropRef();
 }
 inline ModelElement& ModelElement::operator=(const ModelElement& other) noexcept {
   ModelElement copy(other);

@@ -4,7 +4,9 @@
 
 #include <boost/uuid/uuid_io.hpp>
 
+#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/Identity.h"
+#include "platform/foundation/ModelAccess.h"
 #include "platform/foundation/Report.h"
 
 namespace lx::base {
@@ -21,8 +23,7 @@ Model::Impl::Impl(const Constellation& constellation, std::shared_ptr<const Work
 
 Model::Impl::~Impl() = default;
 
-void Model::Impl::removeRef() noexcept {
-  if (--references_ != 0) return;
+void Model::Impl::end() noexcept {
   if (alive_) {
     references_ = 1;  // what is torn down may take and drop handles to this model
     ModelAccess::tearDown(*this, true);
@@ -94,10 +95,17 @@ void Model::Impl::addObserver(ChangeObserver& observer) {
 void Model::Impl::removeObserver(ChangeObserver& observer) noexcept {
   const auto found = std::find(observers_.begin(), observers_.end(), &observer);
   if (found == observers_.end()) return;
-  if (telling_ != 0)
-    *found = nullptr;
-  else
+  if (telling_ == 0) {
     observers_.erase(found);
+  } else {
+    *found = nullptr;
+    lostObservers_ = true;
+  }
+}
+
+const Value& ChangeSet::label() const noexcept {
+  static const Value none{};
+  return label_ == nullptr ? none : *label_;
 }
 
 std::vector<std::unique_ptr<ModelElement::Impl::Changes>> ChangeSet::changes() const {

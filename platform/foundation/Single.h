@@ -6,7 +6,7 @@
 
 #include <boost/optional.hpp>
 
-#include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/ModelAccess.h"
 #include "platform/text/Compare.h"
 
 namespace lx::base {
@@ -45,6 +45,11 @@ class Single {
     swap(value_, other);
   }
 
+  /// Whether writing a value in place lets nobody else run and fails, if at all, before it changes anything.
+  static constexpr bool IsWrittenInPlace =
+      std::is_trivially_copyable_v<T> || std::is_same_v<T, std::u16string> || std::is_same_v<T, std::string>;
+  void write(const T& value) { value_ = value; }
+
   // What a table of fields asks of each field.
   void saveTo(Old& old) const { old = value_; }
   void restoreFrom(Old& old) noexcept { swap(old); }
@@ -80,15 +85,29 @@ const T& get(const ModelElement::Impl& self, const Single<T>& field) {
   return self.isAlive() ? field.get() : zero<T>();
 }
 
-/// Write a field within the transaction of a mutator. What `self` changes while an element that contains it
-/// is about to be destroyed is final: no old value is kept, so that what the old value holds is let go at
-/// once.
+/// The old value of one property, of a change that stands alone.
+template <class T>
+class LoneChange final : public ModelElement::Impl::Storage {
+ public:
+  LoneChange(ModelElement::Impl& element, unsigned index, const T& old) noexcept
+      : Storage(element, index), old_(old) {}
+  Value getOldValue(unsigned index) const override { return isChanged(index) ? Value(old_) : Value(); }
+
+ private:
+  const T& old_;
+};
+
+/// Write a field within the transaction of a mutator: in the open one, or in one of its own, which needs no
+/// record but for the observers. What `self` changes while an element that contains it is about to be
+/// destroyed is final: no old value is kept, so that what the old value holds is let go at once.
 template <class T>
 void assign(ModelElement::Impl& self, Single<T>& field, T& next, unsigned index) {
-  MutationScope scope(*self.modelImpl());
+  Model::Impl& model = *self.modelImpl();
   if (!ModelAccess::isWithinDying(self)) self.notifyModifying(index);
+  ModelAccess::countTransaction(model);
   field.swap(next);
-  scope.commit();
+  if (ModelAccess::isAloneAndObserved(model))
+    ModelAccess::tellLoneChange(self, LoneChange<T>(self, index, next));
 }
 
 /// Set a property with one value: on a proxy raises `CannotModifyProxy`, for an equal value does nothing,
@@ -97,6 +116,12 @@ template <class T>
 void set(ModelElement::Impl& self, Single<T>& field, const std::type_identity_t<T>& value, unsigned index) {
   self.checkWritable(index);
   if (equalValues(field.get(), value)) return;
+  if constexpr (Single<T>::IsWrittenInPlace) {
+    if (self.isSavedInOpenTransaction(index)) {
+      field.write(value);
+      return ModelAccess::countTransaction(*self.modelImpl());
+    }
+  }
   T next(value);
   assign(self, field, next, index);
 }  // the old value is let go here, behind the commit

@@ -1,6 +1,6 @@
 #include "platform/foundation/Transaction.h"
 
-#include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/ModelAccess.h"
 #include "platform/foundation/Report.h"
 
 namespace lx::base {

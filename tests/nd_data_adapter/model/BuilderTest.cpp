@@ -3,6 +3,7 @@
 #include "nd_data_adapter/model/AdapterConfig.h"
 #include "nd_data_adapter/model/AdapterType.h"
 #include "nd_data_adapter/model/CPPAdapterV2Entry.h"
+#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/meta/MetaImpl.h"
 #include "tests/nd_data_adapter/model/Probe.h"
 

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/foundation/ChangeObserver.h"
 #include "tests/nd_data_adapter/model/ModelTest.h"
 
 namespace model_test {

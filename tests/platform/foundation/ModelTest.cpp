@@ -1,3 +1,4 @@
+#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/Model.h"
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/messages.h"

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "platform/foundation/Pool.h"
+
 namespace {
 
 std::size_t remaining = 0;
@@ -27,6 +29,7 @@ void release(void* memory) noexcept {
 }  // namespace
 
 AllocationFault::AllocationFault(std::size_t number, Extent extent) noexcept {
+  lx::base::detail::keepFreedBlocks(false);
   occurred = false;
   failsOn = extent == Extent::WithAllThatFollow;
   remaining = number;
@@ -45,6 +48,7 @@ std::size_t AllocationFault::requests() noexcept {
 }
 
 std::size_t AllocationFault::live() noexcept {
+  lx::base::detail::keepFreedBlocks(false);
   return count;
 }
 

@@ -8,6 +8,7 @@
 #include "nd_data_adapter/model/AdapterConfig.h"
 #include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/CPPAdapterV2Entry.h"
+#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/ModelImpl.h"
 #include "tests/nd_data_adapter/model/ModelTest.h"
 

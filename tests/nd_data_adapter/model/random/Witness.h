@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/ModelImpl.h"
 #include "tests/nd_data_adapter/model/random/Pairing.h"
 
