@@ -1,5 +1,7 @@
 #include "platform/foundation/ContainedReference.h"
 
+#include "platform/foundation/ReferringField.h"
+
 namespace lx::base::detail {
 
 ContainedReferenceCore::~ContainedReferenceCore() = default;
@@ -30,6 +32,14 @@ void ContainedReferenceCore::setElement(ModelElement::Impl* child) {
     });
   }
   transaction.commit();
+}
+
+void ContainedReferenceCore::putInPlaceOf(ModelElement::Impl&, ModelElement::Impl& element) {
+  setElement(&element);
+}
+
+bool ContainedReferenceCore::containsProxyTo(const boost::uuids::uuid& uuid) const noexcept {
+  return target() != nullptr && isProxyTo(*target(), uuid);
 }
 
 void ContainedReferenceCore::checkVacant() const {

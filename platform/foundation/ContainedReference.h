@@ -26,6 +26,9 @@ class ND_PLATFORM_EXPORT ContainedReferenceCore : public ContainmentSlot {
 
   void takeOut(ModelElement::Impl& child) override;
 
+  /// Tell whether the element is a proxy of that identity.
+  bool containsProxyTo(const boost::uuids::uuid& uuid) const noexcept;
+
   // What a table of fields asks of each field.
   void saveTo(Old& old) const noexcept { old = target_; }
   void restoreFrom(Old& old) noexcept { target_ = old; }
@@ -38,6 +41,9 @@ class ND_PLATFORM_EXPORT ContainedReferenceCore : public ContainmentSlot {
     if (target_ != nullptr) visitor.visit(*target_);
   }
   void letGo() noexcept { target_ = nullptr; }
+
+ protected:
+  void putInPlaceOf(ModelElement::Impl& proxy, ModelElement::Impl& element) override;
 
  private:
   ModelElement::Impl* target_ = nullptr;
@@ -57,13 +63,27 @@ class ContainedReference : public detail::ContainedReferenceCore {
 
   /// Put an element here, or none for a null handle. The one that was here is destroyed in the same
   /// transaction. Raises what `ElementSequence` says of adding.
-  void set(const E& element) { setElement(element.impl()); }
+  void set(const E& element) { setElement(static_cast<const ModelElement&>(element).impl()); }
 
   /// Put an element here; raises `CannotAddSecondObject` if there is one.
   void add(const E& element) {
     checkVacant();
-    setElement(element.impl());
+    set(element);
   }
+
+  /// Put the element that the given proxy, which is here, stands for into its place, and give it; the proxy
+  /// is destroyed, and what referred to it refers to the element. A null handle, with nothing changed, if the
+  /// model doesn't have the element or the proxy is not here.
+  E resolveProxy(const E& proxy) {
+    owner().checkWritable(index());
+    const E loaded = peekResolveProxy(proxy);
+    const ModelElement& any = loaded;
+    if (any) replaceProxy(*static_cast<const ModelElement&>(proxy).impl(), *any.impl());
+    return loaded;
+  }
+
+  /// Give what `resolveProxy` would, and change nothing.
+  E peekResolveProxy(const E& proxy) const { return loadedFor<E>(proxy); }
 };
 
 }  // namespace lx::base

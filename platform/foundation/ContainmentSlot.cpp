@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "platform/foundation/ReferringField.h"
 #include "platform/foundation/Report.h"
 #include "platform/foundation/meta/Meta.h"
 
@@ -19,8 +20,7 @@ void ContainmentSlot::checkCompatibleModel(const ModelElement::Impl& child) cons
 
 void ContainmentSlot::checkAddable(const ModelElement::Impl* child) const {
   owner().checkWritable(index());
-  if (child == nullptr || !child->isAlive() || child->isProxy())
-    report::cannotAddNonExistentObject(owner(), index());
+  if (child == nullptr || !child->isAlive()) report::cannotAddNonExistentObject(owner(), index());
   checkCompatibleModel(*child);
   for (const ModelElement::Impl* ancestor = &owner(); ancestor != nullptr; ancestor = ancestor->container()) {
     if (ancestor == child) {
@@ -46,7 +46,22 @@ void ContainmentSlot::checkReplacement(const std::vector<ModelElement>& elements
   }
 }
 
+void ContainmentSlot::replaceProxy(ModelElement::Impl& proxy, ModelElement::Impl& element) {
+  checkAddable(&element);
+  const ModelElement keepProxy(&proxy), keepElement(&element);
+  Transaction transaction = owner().modelImpl()->beginTransaction(false);
+  resolveReferences(proxy, element);
+  putInPlaceOf(proxy, element);
+  if (holds(keepProxy)) proxy.destroy();
+  transaction.commit();
+}
+
+ModelElement ContainmentSlot::findLoaded(const ModelElement& proxy) const {
+  return owner().isAlive() && holds(proxy) ? loadedElement(proxy) : ModelElement();
+}
+
 ContainmentSlot::~ContainmentSlot() = default;
+void ContainmentSlot::setApart(ModelElement::Impl&) {}
 unsigned ContainmentSlot::keyIndex() const noexcept {
   return 0;
 }

@@ -71,6 +71,14 @@ class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
   }
   virtual ~ContainmentSlot();
 
+  /// Called when a child is to become a proxy, within its transaction.
+  virtual void setApart(ModelElement::Impl& child);
+
+  /// Tell whether the element is contained here.
+  bool holds(const ModelElement& element) const noexcept {
+    return element.isAlive() && element.impl()->containmentSlot() == this;
+  }
+
   /// Take a child out, within a transaction, without destroying it; its container is then none.
   virtual void takeOut(ModelElement::Impl& child) = 0;
 
@@ -87,9 +95,22 @@ class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
   void checkReplacement(const std::vector<ModelElement>& elements) const;
 
  protected:
-  /// Raise unless the child can go into this slot: it is there and loaded, of this model, and doesn't
-  /// contain the owner.
+  /// Raise unless the child can go into this slot: it is there, of this model, and doesn't contain the owner.
   void checkAddable(const ModelElement::Impl* child) const;
+
+  /// Put an element into the place of a proxy that is held here, which is destroyed, in one transaction. What
+  /// refers to the proxy refers to the element from then on, if that is of the class.
+  void replaceProxy(ModelElement::Impl& proxy, ModelElement::Impl& element);
+
+  /// Put an element where a proxy stands; the proxy may stay beside it.
+  virtual void putInPlaceOf(ModelElement::Impl& proxy, ModelElement::Impl& element) = 0;
+
+  /// Give the loaded element of class E that a proxy stands for; a null handle if there is none or the proxy
+  /// isn't held here.
+  template <class E>
+  E loadedFor(const ModelElement& proxy) const {
+    return E(dynamic_cast<typename E::Impl*>(findLoaded(proxy).impl()));
+  }
 
   /// Run an insertion of the child, which is taken out of its former container in the same transaction.
   template <class Insertion>
@@ -100,6 +121,9 @@ class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
     insert();
     transaction.commit();
   }
+
+ private:
+  ModelElement findLoaded(const ModelElement& proxy) const;
 };
 
 /// The steps of a collection that a rollback takes back: a stack, the latest on top. `Change` has a member

@@ -9,6 +9,9 @@ namespace lx::base::detail {
 /// Raise `InvalidValue` that names the operation if the model is null or gone.
 ND_PLATFORM_EXPORT void checkModel(const char* operation, const Model& model);
 
+/// Raise `InvalidValue` that names the operation if the identity is nil.
+ND_PLATFORM_EXPORT void checkIdentity(const char* operation, const boost::uuids::uuid& uuid);
+
 /// Whether a class has no say in the creation of its elements, and none in their end.
 template <class ImplT>
 inline constexpr bool IsMuteAtCreation =
@@ -44,3 +47,24 @@ ImplT& checkedAlive(ImplT& element, const char* operation) {
 }
 
 }  // namespace lx::base::detail
+
+namespace lx::base {
+
+/// Make a proxy for an element that isn't loaded, in a transaction: it has the class and the identity and no
+/// values, and refuses every mutator. It can be put where its element belongs, and be resolved there once the
+/// model has the element.
+///
+/// Raises `InvalidValue` for a null or dead model and for the nil identity, `CannotAddSecondObject` if the
+/// model has the element.
+template <class E>
+E createProxy(const Model& model, const boost::uuids::uuid& uuid) {
+  detail::checkModel("createProxy", model);
+  detail::checkIdentity("createProxy", uuid);
+  Transaction transaction = model.impl()->beginTransaction(false);
+  const E element(new typename E::Impl(model, uuid));
+  static_cast<const ModelElement&>(element).impl()->notifyCreatedAsProxy();
+  transaction.commit();
+  return element;
+}
+
+}  // namespace lx::base

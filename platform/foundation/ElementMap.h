@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <string>
 #include <vector>
 
 #include <boost/intrusive/set.hpp>
@@ -9,23 +7,19 @@
 #include "platform/foundation/CollectionIterator.h"
 #include "platform/foundation/ContainmentSlot.h"
 #include "platform/foundation/CreateInto.h"
+#include "platform/foundation/KeyLess.h"
+#include "platform/foundation/ReferringField.h"
 #include "platform/foundation/meta/PropertySerializer.h"
-#include "platform/text/Compare.h"
 
 namespace lx::base {
 
 namespace detail {
 
-/// The order of keys: texts by code unit, everything else by its own order.
-template <class K>
-struct KeyLess : std::less<K> {};
-template <>
-struct KeyLess<std::u16string> : text::Less {};
-
 /// A collection that contains its elements in the order of a key, which is read in the element itself.
 ///
 /// The tree is linked through nodes that point to the elements. Undoing relinks a node before its former
-/// neighbour and compares nothing, so that it does not depend on the keys having been restored.
+/// neighbour and compares nothing, so that it does not depend on the keys having been restored. Proxies have
+/// no key and are held apart, in a list.
 template <class K>
 class KeyedCollectionCore : public ContainmentSlot {
  public:
@@ -37,12 +31,14 @@ class KeyedCollectionCore : public ContainmentSlot {
   };
 
   struct Change {
-    enum class Kind { Inserted, Erased, Moved };
+    enum class Kind { Inserted, Erased, Moved, ProxyAdded, ProxyTaken };
     Change* below;
     Kind kind;
-    Node* node;
-    Node* next;                  // what the node stood before; null for the end
-    std::unique_ptr<Node> kept;  // an erased node, until the erasure is final
+    Node* node;                   // null for a change of the proxies
+    Node* next;                   // what the node stood before; null for the end
+    std::unique_ptr<Node> kept;   // an erased node, until the erasure is final
+    ModelElement::Impl* element;  // that the change concerns
+    std::size_t position;         // of a proxy
   };
   using Old = JournalMark<KeyedCollectionCore>;
   using Position = const Node*;
@@ -61,9 +57,9 @@ class KeyedCollectionCore : public ContainmentSlot {
   std::size_t size() const noexcept { return owner().isAlive() ? nodes_.size() : 0; }
 
   void insertElement(ModelElement::Impl* child) {
-    checkAddable(child);
+    checkInsertable(child);
     if (child->containmentSlot() == this) return;
-    checkFree(keyOf_(*child));
+    if (child->isProxy()) return insertProxy(*child);
     moveIn(*child, [&] {
       Operation operation(*this);
       auto node = std::make_unique<Node>(*child);
@@ -78,7 +74,7 @@ class KeyedCollectionCore : public ContainmentSlot {
 
   void takeOut(ModelElement::Impl& child) override {
     Node* const node = findNode(child);
-    if (node == nullptr) return;
+    if (node == nullptr) return takeOutProxy(child);
     Operation operation(*this);
     std::unique_ptr<Change> change = makeChange(Change::Kind::Erased, *node, nodeBehind(*node));
     child.notifyModifying(ModelElement::Impl::ContainerIndex);
@@ -91,6 +87,38 @@ class KeyedCollectionCore : public ContainmentSlot {
     }
     changed();
     operation.commit();
+  }
+
+  void setApart(ModelElement::Impl& child) override {
+    Node* const node = findNode(child);
+    if (node == nullptr) return;
+    Operation operation(*this);
+    makeRoomForProxy();
+    std::unique_ptr<Change> erased = makeChange(Change::Kind::Erased, *node, nodeBehind(*node));
+    std::unique_ptr<Change> added = makeChange(Change::Kind::ProxyAdded, child, proxies_.size());
+    nodes_.erase(nodes_.iterator_to(*node));
+    proxies_.push_back(&child);
+    std::unique_ptr<Node> kept(node);
+    if (erased) {
+      erased->kept = std::move(kept);
+      journal_.push(std::move(erased));
+      journal_.push(std::move(added));
+    }
+    changed();
+    operation.commit();
+  }
+
+  /// Tell whether the collection holds a proxy of that identity.
+  bool containsProxyTo(const boost::uuids::uuid& uuid) const noexcept {
+    return owner().isAlive() &&
+           std::any_of(proxies_.begin(), proxies_.end(),
+                       [&](const ModelElement::Impl* proxy) { return isProxyTo(*proxy, uuid); });
+  }
+
+  /// Raise what adding the element raises, which goes under a key of its own unless it is a proxy.
+  void checkInsertable(const ModelElement::Impl* child) const {
+    checkAddable(child);
+    if (child->containmentSlot() != this && !child->isProxy()) checkFree(keyOf_(*child));
   }
 
   /// Raise `UniquenessConstraint` if the key stands for an element already and must stand for one only.
@@ -106,7 +134,9 @@ class KeyedCollectionCore : public ContainmentSlot {
     ContainmentSlot::checkReplacement(elements);
     if (!isUnique_) return;
     std::vector<const K*> keys;
-    for (const ModelElement& element : elements) keys.push_back(&keyOf_(*element.impl()));
+    for (const ModelElement& element : elements) {
+      if (!element.isProxy()) keys.push_back(&keyOf_(*element.impl()));
+    }
     std::sort(keys.begin(), keys.end(),
               [](const K* left, const K* right) { return KeyLess<K>()(*left, *right); });
     const auto twice = std::adjacent_find(
@@ -133,11 +163,12 @@ class KeyedCollectionCore : public ContainmentSlot {
   /// Destroy all elements, in one transaction.
   void clear() {
     owner().checkWritable(index());
-    if (nodes_.empty()) return;
+    if (nodes_.empty() && proxies_.empty()) return;
     Transaction transaction = owner().modelImpl()->beginTransaction(false);
     // What an element does when it is about to be destroyed may change the collection; each is destroyed
     // once.
-    const std::vector<ModelElement> all = elementsAt(journal_.top());
+    std::vector<ModelElement> all = elementsAt(journal_.top());
+    all.insert(all.end(), proxies_.begin(), proxies_.end());
     for (auto each = all.rbegin(); each != all.rend(); ++each) {
       if (each->impl()->containmentSlot() == this) each->destroy();
     }
@@ -154,6 +185,11 @@ class KeyedCollectionCore : public ContainmentSlot {
   const Node* nextPosition(const Node* node) const noexcept { return toNode(++nodes_.iterator_to(*node)); }
   const K& keyAt(const Node* node) const noexcept { return keyOf_(*node->element); }
 
+  std::vector<ModelElement> proxyElements() const {
+    return owner().isAlive() ? std::vector<ModelElement>(proxies_.begin(), proxies_.end())
+                             : std::vector<ModelElement>();
+  }
+
   Journal<Change>& journal() noexcept { return journal_; }
 
   // What a table of fields asks of each field.
@@ -162,6 +198,14 @@ class KeyedCollectionCore : public ContainmentSlot {
   void restoreFrom(Old& old) noexcept {
     while (journal_.top() != old.top()) {
       const std::unique_ptr<Change> change = journal_.pop();
+      if (change->node == nullptr) {
+        const auto place = proxies_.begin() + static_cast<std::ptrdiff_t>(change->position);
+        if (change->kind == Change::Kind::ProxyAdded)
+          proxies_.erase(place);
+        else
+          proxies_.insert(place, change->element);  // within the capacity that it had
+        continue;
+      }
       Node& node = *change->node;
       if (change->kind != Change::Kind::Erased) nodes_.erase(nodes_.iterator_to(node));
       if (change->kind == Change::Kind::Inserted) {
@@ -177,10 +221,10 @@ class KeyedCollectionCore : public ContainmentSlot {
 
   bool isUnchangedSince(const Old& old) const {
     const auto delta = [](const Change& change) {
-      const int sum = change.kind == Change::Kind::Inserted ? 1
-                      : change.kind == Change::Kind::Erased ? -1
-                                                            : 0;
-      return std::pair<const ModelElement::Impl*, int>(change.node->element, sum);
+      using Kind = typename Change::Kind;
+      const bool isIn = change.kind == Kind::Inserted || change.kind == Kind::ProxyAdded;
+      const bool isOut = change.kind == Kind::Erased || change.kind == Kind::ProxyTaken;
+      return std::pair<const ModelElement::Impl*, int>(change.element, isIn ? 1 : isOut ? -1 : 0);
     };
     return membershipIsUnchanged(static_cast<const Change*>(journal_.top()), old.top(), delta) &&
            elementsAt(old.top()) == elementsAt(journal_.top());
@@ -193,13 +237,18 @@ class KeyedCollectionCore : public ContainmentSlot {
 
   void visitContained(ModelElement::Impl::ContainedVisitor& visitor) const {
     for (const Node& node : nodes_) visitor.visit(*node.element);
+    for (ModelElement::Impl* proxy : proxies_) visitor.visit(*proxy);
   }
 
   void letGo() noexcept {
     nodes_.clear_and_dispose([](Node* node) { delete node; });
+    proxies_.clear();
     journal_.trimTo(nullptr);
     changed();
   }
+
+ protected:
+  void putInPlaceOf(ModelElement::Impl&, ModelElement::Impl& element) override { insertElement(&element); }
 
  private:
   struct Order {
@@ -233,7 +282,44 @@ class KeyedCollectionCore : public ContainmentSlot {
 
   std::unique_ptr<Change> makeChange(typename Change::Kind kind, Node& node, Node* next) const {
     if (!owner().isLogged(index())) return nullptr;
-    return std::unique_ptr<Change>(new Change{nullptr, kind, &node, next, nullptr});
+    return std::unique_ptr<Change>(new Change{nullptr, kind, &node, next, nullptr, node.element, 0});
+  }
+  std::unique_ptr<Change> makeChange(typename Change::Kind kind, ModelElement::Impl& proxy,
+                                     std::size_t position) const {
+    if (!owner().isLogged(index())) return nullptr;
+    return std::unique_ptr<Change>(new Change{nullptr, kind, nullptr, nullptr, nullptr, &proxy, position});
+  }
+
+  void makeRoomForProxy() {
+    if (proxies_.size() == proxies_.capacity())
+      proxies_.reserve(std::max<std::size_t>(4, 2 * proxies_.size()));
+  }
+
+  void insertProxy(ModelElement::Impl& proxy) {
+    moveIn(proxy, [&] {
+      Operation operation(*this);
+      makeRoomForProxy();
+      std::unique_ptr<Change> change = makeChange(Change::Kind::ProxyAdded, proxy, proxies_.size());
+      owner()._setContainedByThis(proxy, *this);
+      proxies_.push_back(&proxy);
+      if (change) journal_.push(std::move(change));
+      changed();
+      operation.commit();
+    });
+  }
+
+  void takeOutProxy(ModelElement::Impl& proxy) {
+    const auto found = std::find(proxies_.begin(), proxies_.end(), &proxy);
+    if (found == proxies_.end()) return;
+    Operation operation(*this);
+    const auto position = static_cast<std::size_t>(found - proxies_.begin());
+    std::unique_ptr<Change> change = makeChange(Change::Kind::ProxyTaken, proxy, position);
+    proxy.notifyModifying(ModelElement::Impl::ContainerIndex);
+    proxy.basicSetContainer(nullptr);
+    proxies_.erase(found);
+    if (change) journal_.push(std::move(change));
+    changed();
+    operation.commit();
   }
 
   std::vector<ModelElement> elementsAt(const Change* mark) const {
@@ -241,6 +327,7 @@ class KeyedCollectionCore : public ContainmentSlot {
     order.reserve(nodes_.size());
     for (const Node& node : nodes_) order.push_back(&node);
     for (const Change* change = journal_.top(); change != nullptr && change != mark; change = change->below) {
+      if (change->node == nullptr) continue;
       if (change->kind != Change::Kind::Erased) std::erase(order, change->node);
       if (change->kind == Change::Kind::Inserted) continue;
       const auto place =
@@ -254,6 +341,7 @@ class KeyedCollectionCore : public ContainmentSlot {
   }
 
   Nodes nodes_;
+  std::vector<ModelElement::Impl*> proxies_;
   Journal<Change> journal_;
   KeyOf keyOf_;
   unsigned keyIndex_;
@@ -269,6 +357,9 @@ class KeyedCollectionCore : public ContainmentSlot {
 /// key changes moves, in the same transaction. What is raised when is said at `ElementSequence`; `Unique`
 /// collections raise `UniquenessConstraint` besides, for a key that stands for another element, before
 /// anything has changed.
+///
+/// Proxies are contained without a key: walking, counting, finding and the list of keys pass over them until
+/// they are resolved. An element that becomes a proxy is set apart likewise.
 template <class K, class E, bool Unique>
 class KeyedCollection : public detail::KeyedCollectionCore<K> {
  public:
@@ -282,7 +373,7 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
       : Core(owner, index, keyIndex, keyOf, Unique) {}
 
   /// Put an element where its key belongs, behind its equals.
-  void add(const E& element) { this->insertElement(element.impl()); }
+  void add(const E& element) { this->insertElement(static_cast<const ModelElement&>(element).impl()); }
 
   /// Make an element from a builder and put it where its key belongs, in one transaction. Gives the
   /// element.
@@ -298,9 +389,32 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
   }
 
   bool contains(const K& key) const { return static_cast<bool>(find(key)); }
-  bool contains(const E& element) const noexcept {
-    return element.isAlive() && element.impl()->containmentSlot() == this;
+  bool contains(const E& element) const noexcept { return this->holds(element); }
+
+  /// List the proxies, in the order of their coming.
+  std::vector<E> proxies() const {
+    std::vector<E> result;
+    for (const ModelElement& each : this->proxyElements()) {
+      result.emplace_back(static_cast<typename E::Impl*>(each.impl()));
+    }
+    return result;
   }
+
+  /// Put the element that a proxy of the collection stands for under its own key, and give it; the proxy is
+  /// destroyed, and what referred to it refers to the element. A null handle, with nothing changed, if the
+  /// model doesn't have the element, or the collection not the proxy. Raises what adding raises.
+  E resolveProxy(const E& proxy) {
+    this->owner().checkWritable(this->index());
+    const E loaded = peekResolveProxy(proxy);
+    const ModelElement& any = loaded;
+    if (!any) return loaded;
+    this->checkInsertable(any.impl());
+    this->replaceProxy(*static_cast<const ModelElement&>(proxy).impl(), *any.impl());
+    return loaded;
+  }
+
+  /// Give what `resolveProxy` would, and change nothing.
+  E peekResolveProxy(const E& proxy) const { return this->template loadedFor<E>(proxy); }
 
   /// List all elements under a key, in the order of their adding.
   std::vector<E> findAll(const K& key) const {
@@ -331,7 +445,7 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
   bool remove(const E& element) {
     this->owner().checkWritable(this->index());
     if (!contains(element)) return false;
-    element.destroy();
+    static_cast<const ModelElement&>(element).destroy();
     return true;
   }
 

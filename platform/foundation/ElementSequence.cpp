@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/foundation/ReferringField.h"
+
 namespace lx::base::detail {
 
 ElementSequenceCore::~ElementSequenceCore() = default;
@@ -40,6 +42,18 @@ void ElementSequenceCore::takeOut(ModelElement::Impl& child) {
   if (change) journal_.push(std::move(change));
   changed();
   operation.commit();
+}
+
+void ElementSequenceCore::putInPlaceOf(ModelElement::Impl& proxy, ModelElement::Impl& element) {
+  if (element.containmentSlot() == this) takeOut(element);
+  const auto place = std::find(elements_.begin(), elements_.end(), &proxy);
+  insertElement(static_cast<std::size_t>(place - elements_.begin()), &element);
+}
+
+bool ElementSequenceCore::containsProxyTo(const boost::uuids::uuid& uuid) const noexcept {
+  return owner().isAlive() &&
+         std::any_of(elements_.begin(), elements_.end(),
+                     [&](const ModelElement::Impl* element) { return isProxyTo(*element, uuid); });
 }
 
 void ElementSequenceCore::clear() {

@@ -30,6 +30,9 @@ class ND_PLATFORM_EXPORT ElementSequenceCore : public ContainmentSlot {
   void insertElement(std::size_t position, ModelElement::Impl* child);
   void takeOut(ModelElement::Impl& child) override;
 
+  /// Tell whether the collection holds a proxy of that identity.
+  bool containsProxyTo(const boost::uuids::uuid& uuid) const noexcept;
+
   /// Destroy all elements, in one transaction.
   void clear();
 
@@ -47,6 +50,9 @@ class ND_PLATFORM_EXPORT ElementSequenceCore : public ContainmentSlot {
   void visitContained(ModelElement::Impl::ContainedVisitor& visitor) const;
   void letGo() noexcept;
 
+ protected:
+  void putInPlaceOf(ModelElement::Impl& proxy, ModelElement::Impl& element) override;
+
  private:
   std::vector<ModelElement::Impl*> elementsAt(const Change* mark) const;
 
@@ -62,7 +68,8 @@ class ND_PLATFORM_EXPORT ElementSequenceCore : public ContainmentSlot {
 /// Every change is a transaction of its own or joins the open one. Adding raises `CannotAddNonExistentObject`
 /// for an element that isn't there, `CannotCreateCrossModelAssociation` for one of another model, and
 /// `InvalidValue` for one that contains the owner; nothing has then changed. Adding the element that is there
-/// already does nothing. Walking over it while it changes raises `InvalidValue`.
+/// already does nothing. Walking over it while it changes raises `InvalidValue`. A proxy is held like any
+/// other element.
 template <class E>
 class ElementSequence : public detail::ElementSequenceCore {
  public:
@@ -80,22 +87,38 @@ class ElementSequence : public detail::ElementSequenceCore {
   }
 
   /// Put an element behind the last one.
-  void add(const E& element) { insertElement(elements().size(), element.impl()); }
+  void add(const E& element) {
+    insertElement(elements().size(), static_cast<const ModelElement&>(element).impl());
+  }
 
   /// Put an element before the one at the position; raises `InvalidValue` if that lies behind the end.
-  void insert(std::size_t position, const E& element) { insertElement(position, element.impl()); }
+  void insert(std::size_t position, const E& element) {
+    insertElement(position, static_cast<const ModelElement&>(element).impl());
+  }
 
   /// Destroy an element of the collection; false if it holds no such element.
   bool remove(const E& element) {
     owner().checkWritable(index());
     if (!contains(element)) return false;
-    element.destroy();
+    static_cast<const ModelElement&>(element).destroy();
     return true;
   }
 
-  bool contains(const E& element) const noexcept {
-    return element.isAlive() && element.impl()->containmentSlot() == this;
+  bool contains(const E& element) const noexcept { return holds(element); }
+
+  /// Put the element that a proxy of the collection stands for into the proxy's position, and give it; the
+  /// proxy is destroyed, and what referred to it refers to the element. A null handle, with nothing changed,
+  /// if the model doesn't have the element, or the collection not the proxy.
+  E resolveProxy(const E& proxy) {
+    owner().checkWritable(index());
+    const E loaded = peekResolveProxy(proxy);
+    const ModelElement& any = loaded;
+    if (any) replaceProxy(*static_cast<const ModelElement&>(proxy).impl(), *any.impl());
+    return loaded;
   }
+
+  /// Give what `resolveProxy` would, and change nothing.
+  E peekResolveProxy(const E& proxy) const { return loadedFor<E>(proxy); }
 
   iterator begin() const { return iterator(*this, 0); }
   iterator end() const { return iterator(*this, size()); }

@@ -12,6 +12,9 @@
 #include "platform/foundation/ElementSequence.h"
 #include "platform/foundation/KeyProperty.h"
 #include "platform/foundation/PrimitiveSequence.h"
+#include "platform/foundation/PrimitiveSet.h"
+#include "platform/foundation/Reference.h"
+#include "platform/foundation/ReferenceCollection.h"
 #include "platform/foundation/Single.h"
 #include "platform/foundation/meta/Meta.h"
 
@@ -40,19 +43,39 @@ template <class ImplT, class T>
 void setFromValue(ImplT&, PrimitiveSequence<T>& field, std::nullptr_t, const Value& value) {
   field.assign(value.as<std::vector<T>>());
 }
+template <class ImplT, class T>
+void setFromValue(ImplT&, PrimitiveSet<T>& field, std::nullptr_t, const Value& value) {
+  if (value.is<std::vector<T>>())
+    field.assign(value.as<std::vector<T>>());
+  else
+    field.assign(value.as<std::set<T>>());
+}
+template <class ImplT, class E>
+void setFromValue(ImplT&, Reference<E>& field, void (ImplT::*)(const E&), const Value& value) {
+  field.setTarget(checkedElement<E>(field, value.as<ModelElement>()));
+}
 template <class ImplT, class E>
 void setFromValue(ImplT&, ContainedReference<E>& field, void (ImplT::*)(const E&), const Value& value) {
   field.setElement(checkedElement<E>(field, value.as<ModelElement>()));
 }
 
-/// Replace what a collection contains: the former elements are destroyed, the new ones put in, in their
-/// order. A list that is there already stays. One that names some of it raises `CannotAddNonExistentObject`,
-/// one that names an element twice `InvalidValue`; what else adding raises is raised likewise before any
-/// element has been told that it is about to be destroyed.
+/// Tell whether a collection is as if it had been made of a list.
+template <class Collection>
+bool isMadeOf(const Collection& field, const std::vector<ModelElement>& elements) {
+  if constexpr (requires { field.isMadeOf(elements); })
+    return field.isMadeOf(elements);
+  else
+    return field.toValue() == Value(elements);
+}
+
+/// Replace what a collection holds: the former elements are destroyed if it contains them, the new
+/// ones put in, in their order. A list that is there already stays. One that names some of it raises
+/// `CannotAddNonExistentObject`, one that names an element twice `InvalidValue`; what else adding raises is
+/// raised likewise before any element has been told that it is about to be destroyed.
 template <class Collection>
 void replaceElements(Collection& field, const std::vector<ModelElement>& elements) {
   field.owner().checkWritable(field.index());
-  if (field.toValue() == Value(elements)) return;
+  if (isMadeOf(field, elements)) return;
   std::vector<typename Collection::Element> next;
   for (const ModelElement& element : elements) {
     next.emplace_back(checkedElement<typename Collection::Element>(field, element));
@@ -110,7 +133,8 @@ struct Field {
     property.checkSettable();
     using MemberT = std::remove_reference_t<decltype(self.*Member)>;
     constexpr bool isCollection = std::is_base_of_v<AbstractOwnedCollection, MemberT> &&
-                                  !std::is_base_of_v<detail::ContainedReferenceCore, MemberT>;
+                                  !std::is_base_of_v<detail::ContainedReferenceCore, MemberT> &&
+                                  !std::is_base_of_v<detail::ReferenceCore, MemberT>;
     if constexpr (!isCollection && std::is_null_pointer_v<decltype(Setter)>)
       report::cannotSetReadOnlyProperty(property);
     else
@@ -195,6 +219,20 @@ struct FieldTable {
     return withProperty(self, property, [&](auto field) {
       const auto& member = decltype(field)::member(self);
       result = self.isAlive() ? member.toValue() : member.zeroValue();
+    });
+  }
+
+  /// Tell whether the property of the index holds a proxy of that identity; false, as an answer of its own,
+  /// if the class adds no such property.
+  template <class ImplT>
+  static bool containsProxyTo(const ImplT& self, unsigned index, const boost::uuids::uuid& uuid,
+                              bool& result) {
+    return withField(index, [&](auto field) {
+      const auto& member = decltype(field)::member(self);
+      if constexpr (requires { member.containsProxyTo(uuid); })
+        result = member.containsProxyTo(uuid);
+      else
+        result = false;
     });
   }
 

@@ -136,6 +136,7 @@ void ModelAccess::kill(Element& element) {
   for (const ModelElement& each : subtree) each.impl()->notifyModifying(Element::LifeIndex);
   if (element.slot_ != nullptr) element.slot_->takeOut(element);
   for (const ModelElement& each : subtree) each.impl()->flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
+  for (const ModelElement& each : subtree) each.impl()->disassociateIncoming();
 }
 
 /// Tell whether an element can be destroyed without more ado: nothing is to be undone, nobody has a say in

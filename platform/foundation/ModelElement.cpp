@@ -6,6 +6,7 @@
 #include "platform/foundation/Identity.h"
 #include "platform/foundation/ModelAccess.h"
 #include "platform/foundation/ModelImpl.h"
+#include "platform/foundation/ReferringField.h"
 #include "platform/foundation/Report.h"
 #include "platform/foundation/meta/Meta.h"
 #include "platform/foundation/meta/MetaRegistry.h"
@@ -39,6 +40,9 @@ boost::uuids::uuid ModelElement::identifier() const {
 }
 ModelElement ModelElement::container() const {
   return ModelElement(self("ModelElement.container").container());
+}
+std::vector<ModelElement> ModelElement::referrers() const {
+  return self("ModelElement.referrers").referrers();
 }
 void ModelElement::destroy() const {
   self("ModelElement.destroy").destroy();
@@ -82,7 +86,7 @@ void ModelElement::Impl::removeRef() const noexcept {
 }
 
 void ModelElement::Impl::invalidate() noexcept {
-  flags_ &= ~static_cast<std::uint32_t>(Alive);
+  flags_ &= ~(Alive | Proxy);
   model_ = nullptr;
   storage_ = nullptr;
   slot_ = nullptr;
@@ -120,16 +124,32 @@ boost::uuids::uuid ModelElement::Impl::identifier() const {
 }
 
 void ModelElement::Impl::doDestroy(ContainedVisitor&) {}
-void ModelElement::Impl::inverseAdd(unsigned, Impl&) {}
-void ModelElement::Impl::inverseRemove(unsigned, Impl&) {}
+
+void ModelElement::Impl::inverseAdd(detail::Link& link) noexcept {
+  link.previous = nullptr;
+  link.next = incoming_;
+  if (incoming_ != nullptr) incoming_->previous = &link;
+  incoming_ = &link;
+}
+
+void ModelElement::Impl::inverseRemove(detail::Link& link) noexcept {
+  (link.previous == nullptr ? incoming_ : link.previous->next) = link.next;
+  if (link.next != nullptr) link.next->previous = link.previous;
+}
+
 bool ModelElement::Impl::inverseContainsProxyTo(unsigned, const boost::uuids::uuid&) const {
   return false;
 }
 void ModelElement::Impl::notifyDestroying() {
   ModelAccess::tell(*this);
 }
-void ModelElement::Impl::disassociateIncoming() {}
-void ModelElement::Impl::convertReferencesToProxies() {}
+void ModelElement::Impl::disassociateIncoming() {
+  detail::endReferences(*this);
+}
+void ModelElement::Impl::convertReferencesToProxies() {
+  if (slot_ != nullptr) slot_->setApart(*this);
+  detail::referencesBecomeProxies(*this);
+}
 void ModelElement::Impl::aboutToDestroy() {}
 void ModelElement::Impl::didCreate() {}
 void ModelElement::Impl::basicDisassociateAll() noexcept {}
@@ -137,20 +157,27 @@ void ModelElement::Impl::convertToProxy() {
   checkAlive("ModelElement.convertToProxy");
   if (isProxy()) return;
   Transaction transaction = model_->beginTransaction(false);
+  static_cast<void>(identifier());
   ModelAccess::destroyContents(*this);
   checkAlive("ModelElement.convertToProxy");
+  convertReferencesToProxies();
+  becomeProxy();
+  transaction.commit();
+}
+
+void ModelElement::Impl::becomeProxy() {
+  const std::uint64_t referring = detail::loseReferences(*this);
   const std::unique_ptr<Storage> zeros = createStorage();
   for (const meta::Property& property : getMetaClass().getProperties()) {
     const unsigned index = property.getIndex();
-    const bool isKey = slot_ != nullptr && slot_->keyIndex() == index;
-    if (property.traits().isContained || index == 0 || isKey) continue;
+    const bool isEmpty = property.traits().isContained || (referring >> index & 1U) != 0;
+    if (isEmpty || index == 0) continue;
     notifyModifying(index);
     zeros->mask_ |= std::uint64_t{1} << index;
   }
   notifyModifying(LifeIndex);
   copyStateFromStorage(*zeros);
   flags_ |= Proxy;
-  transaction.commit();
 }
 
 std::unique_ptr<ModelElement::Impl::Changes> ModelElement::Impl::createChanges(const Storage& storage) const {
@@ -176,13 +203,22 @@ meta::Property ModelElement::Impl::getPropertyByIndex(unsigned index) const {
 }
 
 void ModelElement::Impl::notifyCreated() {
+  comeIntoModel();
+  didCreate();
+}
+
+void ModelElement::Impl::notifyCreatedAsProxy() {
+  comeIntoModel();
+  becomeProxy();
+}
+
+void ModelElement::Impl::comeIntoModel() {
   if (model_ == nullptr || !model_->isAlive()) {
     report::invalidValue(getMetaClass().getQualifiedName() + u".create",
                          u"the model is null or was destroyed; give one that is alive.");
   }
   if (!uuid_.is_nil()) model_->identify(uuid_, *this);
   ModelAccess::link(*this);
-  didCreate();
 }
 
 void ModelElement::Impl::saveOldValue(unsigned index) {
@@ -230,6 +266,22 @@ void ModelElement::Impl::_setContainedByThis(Impl& child, detail::ContainmentSlo
   child.basicSetContainer(&slot);
 }
 
+void ModelElement::Impl::_inverseAddThis(detail::Link& link) noexcept {
+  if (link.number == 0) link.number = ++model_->links_;
+  link.target.impl()->inverseAdd(link);
+}
+
+bool ModelElement::Impl::_inverseContainsThis(const Impl& target, unsigned index) const noexcept {
+  const detail::Link* link = target.incoming_;
+  while (link != nullptr && (&link->field->owner() != this || link->field->index() != index))
+    link = link->next;
+  return link != nullptr;
+}
+
+std::vector<ModelElement> ModelElement::Impl::referrers() const {
+  return detail::referrersOf(*this);
+}
+
 std::u16string ModelElement::Impl::nameOfProperty(unsigned index) const {
   return getMetaClass().getQualifiedName() + u"." + getMetaClass().propertyByIndex(index).getName();
 }
@@ -245,6 +297,7 @@ void ModelElement::Impl::checkAlive(const char* operation) const {
 // What else belongs to it
 
 ModelElement::Impl::ContainedVisitor::~ContainedVisitor() = default;
+void ModelElement::Impl::ContainedVisitor::visitReferring(detail::ReferringField&) {}
 ModelElement::Impl::Storage::~Storage() = default;
 
 void ModelElement::Impl::Storage::setOldContainer(detail::ContainmentSlot* slot) noexcept {

@@ -19,7 +19,9 @@ namespace lx::base {
 
 namespace detail {
 class ContainmentSlot;
+class ReferringField;
 struct Level;
+struct Link;
 }  // namespace detail
 
 /// A handle to an element of a model; the root of all handles.
@@ -68,6 +70,10 @@ class ND_PLATFORM_EXPORT ModelElement {
 
   /// Give the element that contains this one; null if none does.
   ModelElement container() const;
+
+  /// List the elements of the model that refer to this one without containing it, each once, the one with the
+  /// oldest reference first.
+  std::vector<ModelElement> referrers() const;
 
   /// Destroy the element and all that it contains. Destroying what is gone is no error.
   void destroy() const;
@@ -146,19 +152,27 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
 
   virtual boost::uuids::uuid identifier() const;
 
-  /// Show every contained element to the visitor, in the order of the properties.
+  /// Show every contained element, and every property that refers to elements, to the visitor, in the order
+  /// of the properties.
   virtual void doDestroy(ContainedVisitor& visitor);
 
-  /// Keep the other side of a reference; nothing is done for a class whose references are all contained.
-  virtual void inverseAdd(unsigned index, Impl& other);
-  virtual void inverseRemove(unsigned index, Impl& other);
+  /// Note, and forget, that a field of an element of the model refers to this one.
+  virtual void inverseAdd(detail::Link& link) noexcept;
+  virtual void inverseRemove(detail::Link& link) noexcept;
+
+  /// Tell whether a property of this element holds a proxy of that identity.
   virtual bool inverseContainsProxyTo(unsigned index, const boost::uuids::uuid& uuid) const;
 
   /// Tell the element and all that it contains, container first, that they are about to be destroyed. What
   /// comes into it meanwhile is told afterwards.
   virtual void notifyDestroying();
 
+  /// Called when the element was destroyed, within the transaction: no living element of the model refers to
+  /// it any more.
   virtual void disassociateIncoming();
+
+  /// Called when the element is to become a proxy, within the transaction: collections that hold it by a key
+  /// set it apart, collections that hold no proxies let go of it.
   virtual void convertReferencesToProxies();
 
   /// Called while the whole model still stands. What the element changes here in what it contains is final at
@@ -173,8 +187,9 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   virtual void basicDisassociateAll() noexcept;
 
   /// Make the element a proxy, which stands for one that isn't loaded: class and identity stay, what it
-  /// contains is destroyed, and its values go, but for the key by which a collection holds it. It refuses
-  /// every mutator from then on. Raises `InvalidValue` if the element is gone or its model frozen.
+  /// contains is destroyed, and its values go. What contains it and what refers to it goes on doing so, as
+  /// far as it takes proxies. It refuses every mutator from then on. Raises `InvalidValue` if the element is
+  /// gone or its model frozen.
   virtual void convertToProxy();
 
   /// Make the record of what changed since the storage was filled.
@@ -204,6 +219,9 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   /// Bring a newly made element into its model. Called once, by what creates it.
   void notifyCreated();
 
+  /// Bring it into its model as a proxy, without values.
+  void notifyCreatedAsProxy();
+
   /// Say that a property is about to change: saves its old value if a transaction can ask for it back.
   void notifyModifying(unsigned index);
 
@@ -217,11 +235,27 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
 
   boost::uuids::uuid getProxyId() const { return identifier(); }
 
+  /// Give the identity by which a stored form names the element. Where none was made yet, true makes it and
+  /// false gives the nil one.
+  boost::uuids::uuid getPersistentProxyId(bool create) const { return create ? identifier() : uuid_; }
+
   Impl* container() const noexcept;
   detail::ContainmentSlot* containmentSlot() const noexcept { return slot_; }
 
   /// Make this element the container of the child, in the slot of one of its properties.
   void _setContainedByThis(Impl& child, detail::ContainmentSlot& slot);
+
+  /// Note at the target of a link that a field of this element refers to it.
+  void _inverseAddThis(detail::Link& link) noexcept;
+
+  /// Tell whether a property of this element is noted at an element as referring to it.
+  bool _inverseContainsThis(const Impl& target, unsigned index) const noexcept;
+
+  /// Give the latest link to this element; the links are chained.
+  detail::Link* incoming() const noexcept { return incoming_; }
+
+  /// List the living elements that refer to this one.
+  std::vector<ModelElement> referrers() const;
 
   /// Set the container without more ado; null for none.
   void basicSetContainer(detail::ContainmentSlot* slot) noexcept { slot_ = slot; }
@@ -266,6 +300,8 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
 
   [[noreturn]] void raiseNotWritable(unsigned index) const;
   void saveOldValue(unsigned index);
+  void comeIntoModel();
+  void becomeProxy();
 
   mutable std::uint32_t flags_ = 0;
   Model::Impl* model_ = nullptr;
@@ -273,14 +309,16 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   Impl* previous_ = nullptr;    // the model's elements, in the order of their creation
   Impl* next_ = nullptr;
   detail::ContainmentSlot* slot_ = nullptr;
+  detail::Link* incoming_ = nullptr;  // what refers to this element
   mutable boost::uuids::uuid uuid_;
 };
 
-/// Shown the contained elements of an element, one by one.
+/// Shown the contained elements of an element, and its fields that refer to others, one by one.
 class ND_PLATFORM_EXPORT ModelElement::Impl::ContainedVisitor {
  public:
   virtual ~ContainedVisitor();
   virtual void visit(Impl& child) = 0;
+  virtual void visitReferring(detail::ReferringField& field);
 };
 
 /// The old values of one element in one transaction, and which properties they belong to. Bit n of the mask

@@ -54,8 +54,11 @@ Transaction Model::Impl::beginTransaction(bool quiet) {
 
 ModelElement Model::Impl::findElement(const boost::uuids::uuid& uuid) const {
   const auto [first, last] = identified_.equal_range(uuid);
-  const auto found = std::find_if(first, last, [](const auto& entry) { return entry.second->isAlive(); });
-  return found == last ? ModelElement() : ModelElement(found->second);
+  ModelElement::Impl* found = nullptr;
+  for (auto each = first; each != last && (found == nullptr || found->isProxy()); ++each) {
+    if (each->second->isAlive() && (found == nullptr || !each->second->isProxy())) found = each->second;
+  }
+  return ModelElement(found);
 }
 
 std::vector<ModelElement> Model::Impl::elements() const {
@@ -81,7 +84,8 @@ std::size_t Model::Impl::numberOfElements() const noexcept {
 }
 
 void Model::Impl::identify(const boost::uuids::uuid& uuid, ModelElement::Impl& element) {
-  if (findElement(uuid)) {
+  const ModelElement bearer = findElement(uuid);
+  if (bearer && !bearer.isProxy()) {
     const std::string text = boost::uuids::to_string(uuid);
     report::cannotAddSecondObject(u"The identity " + std::u16string(text.begin(), text.end()));
   }

@@ -47,7 +47,8 @@ class ND_PLATFORM_EXPORT Model::Impl {
 
   bool hasOpenTransaction() const noexcept { return top_ != nullptr; }
 
-  /// Give the living element of this identity; a null handle if there is none or the identity is nil.
+  /// Give the living element of this identity, a proxy only if no other has it; a null handle if there is
+  /// none or the identity is nil.
   ModelElement findElement(const boost::uuids::uuid& uuid) const;
 
   /// Give the elements that nothing contains, in the order of their creation.
@@ -67,7 +68,8 @@ class ND_PLATFORM_EXPORT Model::Impl {
   const Counters& counters() const noexcept { return counters_; }
   bool isFrozen() const noexcept { return frozen_; }
 
-  /// Note an element's identity. Raises `CannotAddSecondObject` if a living element bears it.
+  /// Note an element's identity. Raises `CannotAddSecondObject` if a living element that is no proxy bears
+  /// it.
   void identify(const boost::uuids::uuid& uuid, ModelElement::Impl& element);
 
  private:
@@ -91,6 +93,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
   Constellation constellation_;
   boost::uuids::uuid uuid_;
   Counters counters_;
+  std::uint64_t links_ = 0;         // made so far, to number them
   std::vector<ModelElement> told_;  // elements that know already that they are about to be destroyed
   std::uint32_t references_ = 0;
   std::uint32_t telling_ = 0;     // notices under way
