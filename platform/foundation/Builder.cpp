@@ -58,20 +58,51 @@ ModelElement::Builder::Orchestrator& ModelElement::Builder::orchestrator() const
 
 ModelElement ModelElement::Builder::Orchestrator::getCreatedElement(const Builder& builder) const {
   const auto found = created_.find(&builder);
-  return found == created_.end() ? ModelElement() : found->second;
+  return found == created_.end() ? ModelElement() : found->second.element;
+}
+
+bool ModelElement::Builder::Orchestrator::isFinished(const Builder& builder) const {
+  const auto found = created_.find(&builder);
+  return found != created_.end() && found->second.isFinished;
 }
 
 void ModelElement::Builder::Orchestrator::add(const Builder& builder, const ModelElement& element) {
-  created_[&builder] = element;
+  created_[&builder] = {element, false};
+}
+
+void ModelElement::Builder::Orchestrator::finish(const Builder& builder) {
+  created_[&builder].isFinished = true;
 }
 
 void ModelElement::Builder::Orchestrator::defer(std::function<void()> rest) {
   deferred_.push_back(std::move(rest));
 }
 
+void ModelElement::Builder::Orchestrator::refer(std::shared_ptr<Builder> builder, const ModelElement& element,
+                                                const Model& model,
+                                                std::function<void(const ModelElement&)> set) {
+  references_.push_back({std::move(builder), element, model, std::move(set)});
+}
+
 void ModelElement::Builder::Orchestrator::commit() {
-  for (std::size_t at = 0; at < deferred_.size(); ++at) deferred_[at]();
+  // What is done and made here may defer and refer further.
+  std::size_t done = 0, made = 0;
+  while (done < deferred_.size() || made < references_.size()) {
+    if (done < deferred_.size()) {
+      const std::function<void()> rest = std::move(deferred_[done++]);
+      rest();
+      continue;
+    }
+    const std::shared_ptr<Builder> builder = references_[made].builder;
+    const Model model = references_[made].model;
+    if (builder) {
+      const ModelElement target = builder->createWithin(*this, model);
+      references_[made].element = target;
+    }
+    ++made;
+  }
   deferred_.clear();
+  for (const Pending& reference : std::exchange(references_, {})) reference.set(reference.element);
 }
 
 ModelElement::BuilderWrapper::BuilderWrapper(std::shared_ptr<Builder> builder)
@@ -87,6 +118,11 @@ void raiseContainsNothing(const meta::Property& property) {
 
 void raiseForeignProperty(const ModelElement::Builder& builder, const meta::Property& property) {
   report::noSuchType(builder.getMetaClass().getQualifiedName() + u"." + property.getName());
+}
+
+void raiseAbstract(const ModelElement::Builder& builder) {
+  report::invalidValue(builder.getMetaClass().getQualifiedName() + u".Builder.create",
+                       u"the class is abstract; create an element of a subclass.");
 }
 
 void raiseSecondChild(const meta::Property& property) {

@@ -19,7 +19,10 @@ namespace lx::base {
 ///
 ///     report.createIntoChanges(ChangeTuple::Builder().setX(ChangeType::Modify).setId(u"gain"));
 ///
-/// A builder makes as many elements as it is asked for. Nothing of an element stays when making it fails.
+/// A builder makes as many elements as it is asked for, and one in each creation: where it is given to
+/// several properties, they get the same element. What is contained is made in its place; then what is only
+/// referred to, in no container; references are made when all elements of the creation are there, so that
+/// they may form circles. Nothing of an element stays when making it fails.
 class ND_PLATFORM_EXPORT ModelElement::Builder {
  public:
   class Orchestrator;
@@ -32,16 +35,16 @@ class ND_PLATFORM_EXPORT ModelElement::Builder {
   /// Give the class of the elements that the builder makes.
   virtual meta::Class getMetaClass() const = 0;
 
-  /// Set a property, or adds to a list: a value, or an element that is to be contained.
+  /// Set a property, or add to a list: a value, a list, or an element that is to be contained or referred to.
   /// Raises `NoSuchType` for a property of another class, `CannotCastIncompatibleTypes` for another type.
   virtual void setOrAdd(const meta::Property& property, const Value& value) = 0;
 
   /// Set or adds what a child builder is to make. Raises `CannotAddSecondObject` for a second child of a
-  /// property that holds one, `InvalidValue` for a property that contains nothing.
+  /// property that holds one, `InvalidValue` for a property that takes no elements.
   virtual void setOrAdd(const meta::Property& property, std::unique_ptr<Builder> child) = 0;
 
-  /// Make the element, or gives the one that this builder's orchestrator has already. True defers its
-  /// announcement, and the adding to its container, to the orchestrator's commit.
+  /// Make the element, or give the one that this builder's orchestrator has already, also if it is still
+  /// being made. True defers its announcement, and the adding to its container, to the orchestrator's commit.
   virtual ModelElement doCreate(bool defer, const boost::uuids::uuid& uuid) = 0;
 
   void setModel(const Model& model) { model_ = model; }
@@ -70,20 +73,41 @@ class ND_PLATFORM_EXPORT ModelElement::Builder {
 /// Keeps, during one creation, which builder has made which element, so that each makes one.
 class ND_PLATFORM_EXPORT ModelElement::Builder::Orchestrator {
  public:
-  /// Give the element that a builder has made and finished; a null handle if it hasn't.
+  /// Give the element that a builder has made, from when it is allocated; a null handle if it hasn't.
   ModelElement getCreatedElement(const Builder& builder) const;
 
+  /// Tell whether that element has all that it is to contain.
+  bool isFinished(const Builder& builder) const;
+
+  /// Note an element, and that it is finished.
   void add(const Builder& builder, const ModelElement& element);
+  void finish(const Builder& builder);
 
   /// Keep the rest of a creation until the commit.
   void defer(std::function<void()> rest);
 
-  /// Do what was deferred, in its order.
+  /// Keep a reference until the commit: to an element that is there, or to what a builder makes in the model.
+  void refer(std::shared_ptr<Builder> builder, const ModelElement& element, const Model& model,
+             std::function<void(const ModelElement& target)> set);
+
+  /// Do what was deferred, in its order; then make what is only referred to, and all references.
   void commit();
 
  private:
-  std::unordered_map<const Builder*, ModelElement> created_;
+  struct Made {
+    ModelElement element;
+    bool isFinished = false;
+  };
+  struct Pending {
+    std::shared_ptr<Builder> builder;
+    ModelElement element;
+    Model model;
+    std::function<void(const ModelElement&)> set;
+  };
+
+  std::unordered_map<const Builder*, Made> created_;
   std::vector<std::function<void()>> deferred_;
+  std::vector<Pending> references_;
 };
 
 /// Carry a copy of a builder by value, whatever its class.
@@ -97,6 +121,10 @@ class ND_PLATFORM_EXPORT ModelElement::BuilderWrapper {
   BuilderWrapper(B builder)  // NOLINT(google-explicit-constructor): a builder is what is carried
       : builder_(std::make_shared<B>(std::move(builder))) {}
   explicit BuilderWrapper(std::shared_ptr<Builder> builder);
+
+  /// Carry the builder from now on without keeping it. It must outlive what this is given to: so a child
+  /// refers to the builder of its parent, which keeps that of the child.
+  void borrow() { builder_ = std::shared_ptr<Builder>(std::shared_ptr<void>(), builder_.get()); }
 
   void setModel(const Model& model) { builder_->setModel(model); }
   ModelElement create(const boost::uuids::uuid& uuid) { return builder_->create(uuid); }
@@ -120,7 +148,8 @@ class ND_PLATFORM_EXPORT ModelElement::Impl::BuilderImpl {
 
 namespace detail {
 
-/// What a builder is to put into a property that contains elements: a child builder's, or one that is there.
+/// What a builder is to put into a property that contains elements or refers to them: what a child builder
+/// makes, or an element that is there.
 struct BuilderChild {
   std::shared_ptr<ModelElement::Builder> builder;
   ModelElement element;
@@ -131,6 +160,7 @@ using BuilderChildren = std::vector<BuilderChild>;
 [[noreturn]] ND_PLATFORM_EXPORT void raiseForeignProperty(const ModelElement::Builder& builder,
                                                           const meta::Property& property);
 [[noreturn]] ND_PLATFORM_EXPORT void raiseSecondChild(const meta::Property& property);
+[[noreturn]] ND_PLATFORM_EXPORT void raiseAbstract(const ModelElement::Builder& builder);
 
 template <class T>
 void gather(boost::optional<T>& gathered, const Single<T>*, const meta::Property&, const Value& value) {
@@ -146,8 +176,27 @@ void gather(boost::optional<std::vector<T>>& gathered, const PrimitiveSequence<T
   if (!gathered) gathered.emplace();
   gathered->push_back(value.as<T>());
 }
+template <class List, class T>
+void gather(boost::optional<List>& gathered, const PrimitiveSet<T>*, const meta::Property&,
+            const Value& value) {
+  List next;
+  if (value.is<T>()) {
+    if (gathered) next = *gathered;
+    next.insert(next.end(), value.as<T>());
+  } else if (value.is<std::vector<T>>()) {
+    for (const auto& each : value.as<std::vector<T>>()) next.insert(next.end(), each);
+  } else {
+    for (const auto& each : value.as<std::set<T>>()) next.insert(next.end(), each);
+  }
+  gathered = std::move(next);
+}
 inline void gather(BuilderChildren& gathered, const void*, const meta::Property& property,
                    const Value& value) {
+  if (property.getUpper() != 1 && value.is<std::vector<ModelElement>>()) {
+    for (const ModelElement& each : value.as<std::vector<ModelElement>>())
+      gathered.push_back({nullptr, each});
+    return;
+  }
   if (!gathered.empty() && property.getUpper() == 1) raiseSecondChild(property);
   gathered.push_back({nullptr, value.as<ModelElement>()});
 }
@@ -175,21 +224,45 @@ void applyGathered(const boost::optional<std::vector<T>>& gathered, PrimitiveSeq
   std::vector<T> values(*gathered);
   field.restoreFrom(values);
 }
+template <class List, class T>
+void applyGathered(const boost::optional<List>& gathered, PrimitiveSet<T>& field) {
+  if (!gathered) return;
+  typename PrimitiveSet<T>::Values values(gathered->begin(), gathered->end());
+  field.restoreFrom(values);
+}
 template <class Slot>
 void applyGathered(const BuilderChildren&, Slot&) {}
 
-template <class Slot>
-void createGathered(const BuilderChildren& gathered, Slot& field,
+template <class E>
+void takeReference(Reference<E>& field, const E& element) {
+  field.set(element);
+}
+template <class Collection>
+void takeReference(Collection& field, const typename Collection::Element& element) {
+  field.add(element);
+}
+
+template <class FieldT>
+void createGathered(const BuilderChildren& gathered, FieldT& field,
                     ModelElement::Builder::Orchestrator& orchestrator) {
+  using E = typename FieldT::Element;
+  const ModelElement owner(&field.owner());
   for (const BuilderChild& child : gathered) {
-    const ModelElement element =
-        child.builder ? child.builder->createWithin(orchestrator, field.getModel()) : child.element;
-    const typename Slot::Element checked(checkedElement<typename Slot::Element>(field, element));
-    const bool isAnnounced = !child.builder || !checked || checked.isAlive();
-    if (isAnnounced)
-      field.add(checked);
-    else
-      orchestrator.defer([&field, owner = ModelElement(&field.owner()), checked] { field.add(checked); });
+    if constexpr (std::is_base_of_v<ReferringField, FieldT>) {
+      orchestrator.refer(child.builder, child.element, field.getModel(),
+                         [&field, owner](const ModelElement& target) {
+                           takeReference(field, E(checkedElement<E>(field, target)));
+                         });
+    } else {
+      const ModelElement element =
+          child.builder ? child.builder->createWithin(orchestrator, field.getModel()) : child.element;
+      const E checked(checkedElement<E>(field, element));
+      const bool isAnnounced = !child.builder || !element || element.isAlive();
+      if (isAnnounced)
+        field.add(checked);
+      else
+        orchestrator.defer([&field, owner, checked] { field.add(checked); });
+    }
   }
 }
 template <class T, class FieldT>
@@ -265,18 +338,20 @@ template <class E, class ValuesT>
 ModelElement build(const ModelElement::Builder& builder, const ValuesT& values,
                    ModelElement::Builder::Orchestrator& orchestrator, bool defer,
                    const boost::uuids::uuid& uuid) {
-  if (ModelElement done = orchestrator.getCreatedElement(builder)) return done;
-  const E element(new typename E::Impl(builder.getModel(), uuid));
-  values.applyTo(*element.impl());
-  const auto rest = [element, &values, &orchestrator] {
+  if (ModelElement known = orchestrator.getCreatedElement(builder)) return known;
+  auto* const impl = new typename E::Impl(builder.getModel(), uuid);
+  const ModelElement element(impl);
+  values.applyTo(*impl);
+  orchestrator.add(builder, element);
+  const auto rest = [element, impl, &builder, &values, &orchestrator] {
     element.impl()->notifyCreated();
-    values.createChildren(*element.impl(), orchestrator);
+    values.createChildren(*impl, orchestrator);
+    orchestrator.finish(builder);
   };
   if (defer)
     orchestrator.defer(rest);
   else
     rest();
-  orchestrator.add(builder, element);
   return element;
 }
 
@@ -295,7 +370,11 @@ class ModelElement::Impl::BuilderBase : public ModelElement::Builder {
   }
 
   ModelElement doCreate(bool defer, const boost::uuids::uuid& uuid) override {
-    return detail::build<typename B::Element>(*this, self().values(), orchestrator(), defer, uuid);
+    using E = typename B::Element;
+    if constexpr (std::is_constructible_v<typename E::Impl, const Model&, const boost::uuids::uuid&>)
+      return detail::build<E>(*this, self().values(), orchestrator(), defer, uuid);
+    else
+      detail::raiseAbstract(*this);
   }
 
  protected:

@@ -10,7 +10,7 @@ namespace detail {
 /// A property that contains at most one element, whatever its class.
 class ND_PLATFORM_EXPORT ContainedReferenceCore : public ContainmentSlot {
  public:
-  using Old = ModelElement::Impl*;
+  using Old = ModelElement;  // a handle, since old values may be asked for when the element has ended
 
   ContainedReferenceCore(ModelElement::Impl& owner, unsigned index) noexcept
       : ContainmentSlot(owner, index) {}
@@ -30,10 +30,10 @@ class ND_PLATFORM_EXPORT ContainedReferenceCore : public ContainmentSlot {
   bool containsProxyTo(const boost::uuids::uuid& uuid) const noexcept;
 
   // What a table of fields asks of each field.
-  void saveTo(Old& old) const noexcept { old = target_; }
-  void restoreFrom(Old& old) noexcept { target_ = old; }
-  bool isUnchangedSince(const Old& old) const noexcept { return target_ == old; }
-  Value oldValue(const Old& old) const { return Value(ModelElement(old)); }
+  void saveTo(Old& old) const noexcept { old = ModelElement(target_); }
+  void restoreFrom(Old& old) noexcept { target_ = old.impl(); }
+  bool isUnchangedSince(const Old& old) const noexcept { return target_ == old.impl(); }
+  Value oldValue(const Old& old) const { return Value(old); }
   Value toValue() const { return Value(ModelElement(target_)); }
   static Value zeroValue() { return Value(ModelElement()); }
   bool hasValue() const noexcept { return target() != nullptr; }

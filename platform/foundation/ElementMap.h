@@ -34,11 +34,11 @@ class KeyedCollectionCore : public ContainmentSlot {
     enum class Kind { Inserted, Erased, Moved, ProxyAdded, ProxyTaken };
     Change* below;
     Kind kind;
-    Node* node;                   // null for a change of the proxies
-    Node* next;                   // what the node stood before; null for the end
-    std::unique_ptr<Node> kept;   // an erased node, until the erasure is final
-    ModelElement::Impl* element;  // that the change concerns
-    std::size_t position;         // of a proxy
+    Node* node;                  // null for a change of the proxies
+    Node* next;                  // what the node stood before; null for the end
+    std::unique_ptr<Node> kept;  // an erased node, until the erasure is final
+    ModelElement element;        // kept, since old values may be asked for when it has ended
+    std::size_t position;        // of a proxy
   };
   using Old = JournalMark<KeyedCollectionCore>;
   using Position = const Node*;
@@ -168,7 +168,7 @@ class KeyedCollectionCore : public ContainmentSlot {
     // What an element does when it is about to be destroyed may change the collection; each is destroyed
     // once.
     std::vector<ModelElement> all = elementsAt(journal_.top());
-    all.insert(all.end(), proxies_.begin(), proxies_.end());
+    for (ModelElement::Impl* proxy : proxies_) all.emplace_back(proxy);
     for (auto each = all.rbegin(); each != all.rend(); ++each) {
       if (each->impl()->containmentSlot() == this) each->destroy();
     }
@@ -203,7 +203,7 @@ class KeyedCollectionCore : public ContainmentSlot {
         if (change->kind == Change::Kind::ProxyAdded)
           proxies_.erase(place);
         else
-          proxies_.insert(place, change->element);  // within the capacity that it had
+          proxies_.insert(place, change->element.impl());  // within the capacity that it had
         continue;
       }
       Node& node = *change->node;
@@ -224,7 +224,7 @@ class KeyedCollectionCore : public ContainmentSlot {
       using Kind = typename Change::Kind;
       const bool isIn = change.kind == Kind::Inserted || change.kind == Kind::ProxyAdded;
       const bool isOut = change.kind == Kind::Erased || change.kind == Kind::ProxyTaken;
-      return std::pair<const ModelElement::Impl*, int>(change.element, isIn ? 1 : isOut ? -1 : 0);
+      return std::pair<const ModelElement::Impl*, int>(change.element.impl(), isIn ? 1 : isOut ? -1 : 0);
     };
     return membershipIsUnchanged(static_cast<const Change*>(journal_.top()), old.top(), delta) &&
            elementsAt(old.top()) == elementsAt(journal_.top());
@@ -282,12 +282,14 @@ class KeyedCollectionCore : public ContainmentSlot {
 
   std::unique_ptr<Change> makeChange(typename Change::Kind kind, Node& node, Node* next) const {
     if (!owner().isLogged(index())) return nullptr;
-    return std::unique_ptr<Change>(new Change{nullptr, kind, &node, next, nullptr, node.element, 0});
+    return std::unique_ptr<Change>(
+        new Change{nullptr, kind, &node, next, nullptr, ModelElement(node.element), 0});
   }
   std::unique_ptr<Change> makeChange(typename Change::Kind kind, ModelElement::Impl& proxy,
                                      std::size_t position) const {
     if (!owner().isLogged(index())) return nullptr;
-    return std::unique_ptr<Change>(new Change{nullptr, kind, nullptr, nullptr, nullptr, &proxy, position});
+    return std::unique_ptr<Change>(
+        new Change{nullptr, kind, nullptr, nullptr, nullptr, ModelElement(&proxy), position});
   }
 
   void makeRoomForProxy() {

@@ -20,7 +20,7 @@ void ElementSequenceCore::insertElement(std::size_t position, ModelElement::Impl
     if (elements_.size() == elements_.capacity())
       elements_.reserve(std::max<std::size_t>(4, 2 * elements_.size()));
     std::unique_ptr<Change> change;
-    if (owner().isLogged(index())) change.reset(new Change{nullptr, child, position, true});
+    if (owner().isLogged(index())) change.reset(new Change{nullptr, ModelElement(child), position, true});
     owner()._setContainedByThis(*child, *this);
     elements_.insert(elements_.begin() + static_cast<std::ptrdiff_t>(position), child);
     if (change) journal_.push(std::move(change));
@@ -35,7 +35,7 @@ void ElementSequenceCore::takeOut(ModelElement::Impl& child) {
   Operation operation(*this);
   std::unique_ptr<Change> change;
   const auto position = static_cast<std::size_t>(elements_.rend() - found) - 1;
-  if (owner().isLogged(index())) change.reset(new Change{nullptr, &child, position, false});
+  if (owner().isLogged(index())) change.reset(new Change{nullptr, ModelElement(&child), position, false});
   child.notifyModifying(ModelElement::Impl::ContainerIndex);
   child.basicSetContainer(nullptr);
   elements_.erase(elements_.begin() + static_cast<std::ptrdiff_t>(position));
@@ -76,14 +76,14 @@ void ElementSequenceCore::restoreFrom(Old& old) noexcept {
     if (change->wasInserted)
       elements_.erase(place);
     else
-      elements_.insert(place, change->element);  // within the capacity that it had
+      elements_.insert(place, change->element.impl());  // within the capacity that it had
   }
   old.clear();
   changed();
 }
 
-std::vector<ModelElement::Impl*> ElementSequenceCore::elementsAt(const Change* mark) const {
-  std::vector<ModelElement::Impl*> result = elements_;
+std::vector<ModelElement> ElementSequenceCore::elementsAt(const Change* mark) const {
+  std::vector<ModelElement> result(elements_.begin(), elements_.end());
   for (const Change* change = journal_.top(); change != nullptr && change != mark; change = change->below) {
     const auto place = result.begin() + static_cast<std::ptrdiff_t>(change->position);
     if (change->wasInserted)
@@ -96,25 +96,17 @@ std::vector<ModelElement::Impl*> ElementSequenceCore::elementsAt(const Change* m
 
 bool ElementSequenceCore::isUnchangedSince(const Old& old) const {
   const auto delta = [](const Change& change) {
-    return std::pair<const ModelElement::Impl*, int>(change.element, change.wasInserted ? 1 : -1);
+    return std::pair<const ModelElement::Impl*, int>(change.element.impl(), change.wasInserted ? 1 : -1);
   };
   return membershipIsUnchanged(static_cast<const Change*>(journal_.top()), old.top(), delta) &&
-         elementsAt(old.top()) == elements_;
+         elementsAt(old.top()) == elementsAt(journal_.top());
 }
-
-namespace {
-
-Value toList(const std::vector<ModelElement::Impl*>& elements) {
-  return Value(std::vector<ModelElement>(elements.begin(), elements.end()));
-}
-
-}  // namespace
 
 Value ElementSequenceCore::oldValue(const Old& old) const {
-  return toList(elementsAt(old.top()));
+  return Value(elementsAt(old.top()));
 }
 Value ElementSequenceCore::toValue() const {
-  return toList(elements_);
+  return Value(elementsAt(journal_.top()));
 }
 
 void ElementSequenceCore::visitContained(ModelElement::Impl::ContainedVisitor& visitor) const {

@@ -14,7 +14,7 @@ class ND_PLATFORM_EXPORT ElementSequenceCore : public ContainmentSlot {
  public:
   struct Change {
     Change* below;
-    ModelElement::Impl* element;
+    ModelElement element;  // kept, since old values may be asked for when it has ended
     std::size_t position;
     bool wasInserted;
   };
@@ -54,7 +54,7 @@ class ND_PLATFORM_EXPORT ElementSequenceCore : public ContainmentSlot {
   void putInPlaceOf(ModelElement::Impl& proxy, ModelElement::Impl& element) override;
 
  private:
-  std::vector<ModelElement::Impl*> elementsAt(const Change* mark) const;
+  std::vector<ModelElement> elementsAt(const Change* mark) const;
 
   std::vector<ModelElement::Impl*> elements_;
   Journal<Change> journal_;
