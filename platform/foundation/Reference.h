@@ -87,8 +87,11 @@ class Reference final : public detail::ReferenceCore {
     return E(dynamic_cast<typename E::Impl*>(loaded.impl()));
   }
 
-  bool accepts(const ModelElement::Impl& element) const noexcept override {
-    return dynamic_cast<const typename E::Impl*>(&element) != nullptr;
+  bool accepts([[maybe_unused]] const ModelElement::Impl& element) const noexcept override {
+    if constexpr (std::is_same_v<E, ModelElement>)
+      return true;
+    else
+      return dynamic_cast<const typename E::Impl*>(&element) != nullptr;
   }
 };
 

@@ -5,6 +5,7 @@ import re
 import uuid as uuids
 
 from loading import ModelError, Node
+from names import MACROS
 
 IDENTIFIER = re.compile(r"[A-Za-z_][A-Za-z0-9_]*\Z")
 
@@ -72,9 +73,14 @@ class Checker:
             self.fail(line, f"'{name}' is no identifier; use letters, digits and underscores")
         if name in RESERVED:
             self.fail(line, f"'{name}' is a word of C++; choose another name")
+        if name in MACROS:
+            self.fail(line, f"'{name}' is a macro of the C library; choose another name")
         if name.endswith("_") or "__" in name:
             self.fail(line, f"'{name}' looks like a name of the generator's own, which end in an underscore, or of the "
                             "compiler's, which have two; choose another name")
+        if re.match("_[A-Z]", name):
+            self.fail(line, f"'{name}' looks like a name of the compiler's, which begin with an underscore and a capital; "
+                            "choose another name")
 
     def doc(self, node, line, where):
         if not node.get("doc"):

@@ -1,27 +1,23 @@
 """The metamodel: its description checked and turned into objects that the templates can walk."""
 
-import re
 import uuid as uuids
 
-from checking import Checker, member_uuid, near
+from checking import member_uuid, near
 from loading import load
-from parts import (Argument, Class, Enumeration, KINDS, LAST_INDEX, Literal, Operation, Property, STANDARD, Type,
-                   TypeUse, literal, lower_first)
+from members import Members
+from names import check_type_name
+from parts import Class, Enumeration, Literal, STANDARD, Type
 
 
-class Metamodel(Checker):
+class Metamodel(Members):
     """A checked metamodel. Raises ModelError, with the line, for anything that can't be generated."""
 
     TOP = {"metapackage", "namespace_of_metapackage", "headers", "export", "schema_host", "packages", "primitives",
            "enumerations", "classes"}
     EXPORT = {"header", "macro"}
-    CLASS = {"uuid", "doc", "hidden", "superclass", "properties", "operations", "overrides"}
-    PROPERTY = {"type", "kind", "contained", "key", "default", "doc", "getter", "setter", "hidden", "ordered", "unique",
-                "read_only", "transient"}
-    OPERATION = {"arguments", "result", "static", "doc"}
+    CLASS = {"uuid", "doc", "hidden", "abstract", "superclass", "properties", "operations", "overrides"}
     ENUMERATION = {"uuid", "doc", "hidden", "literals"}
     PRIMITIVE = {"native", "cpp", "declare", "include", "serializer"}
-    OVERRIDABLE = {"aboutToDestroy", "didCreate"}
 
     def __init__(self, path, source):
         super().__init__(source)
@@ -61,14 +57,15 @@ class Metamodel(Checker):
         return f'"{self.headers}/{type_.name}.h"'
 
     def includes(self, class_):
-        """The lines that a class's header includes, and the declarations that it needs besides."""
+        """The lines that a class's header includes, and the declarations that it needs besides. What its properties
+        hold is included too, unless that would lead back to the class."""
         system = {"<memory>", "<string>", "<type_traits>", "<utility>", "<vector>", "<boost/uuid/uuid.hpp>",
                   "<boost/optional.hpp>"}
-        own = {'"' + self.export["header"] + '"', '"platform/foundation/Builder.h"', '"platform/foundation/Query.h"'}
+        own = {'"' + self.export["header"] + '"', '"platform/foundation/BuilderOf.h"', '"platform/foundation/Query.h"'}
         declared = set()
         if class_.superclass:
             own.add(self.header(class_.superclass.type))
-        contained = {property_.type.name for property_ in class_.properties if property_.contained}
+        held = {property_.type.name for property_ in class_.properties}
         for type_ in class_.uses():
             if type_ is class_.type or type_.kind == "standard":
                 continue
@@ -78,15 +75,33 @@ class Metamodel(Checker):
                     (own if include.startswith('"') else system).add(include)
                 if type_.node.get("declare"):
                     declared.add(type_.node["declare"])
-            elif type_.kind == "enumeration" or type_.name in contained:
+            elif type_.kind == "enumeration":
                 own.add(self.header(type_))
-            else:
+            elif type_.name in held and class_.name not in self._reach(type_.name):
+                own.add(self.header(type_))
+            elif not self.is_below(class_.type, type_):
                 declared.add(f"namespace {type_.namespace} {{ class {type_.name}; }}")
         return sorted(system) + sorted(own), sorted(declared)
+
+    def _reach(self, name):
+        """The names of the classes to which a class leads by superclasses and properties."""
+        found, left = set(), [name]
+        while left:
+            class_ = self.classes_by_name[left.pop()]
+            if class_.name in found:
+                continue
+            found.add(class_.name)
+            left += [property_.type.name for property_ in class_.properties if property_.type.kind == "class"]
+            left += [class_.superclass.name] if class_.superclass else []
+        return found
 
     def source_includes(self, class_):
         system = {"<boost/lexical_cast.hpp>", "<boost/uuid/uuid_io.hpp>"}
         own = {f'"{self.headers}/{self.metapackage}.h"', '"platform/foundation/CreateElement.h"'}
+        if class_.derived:
+            own.add('"platform/foundation/DerivedProperty.h"')
+        if any(each.narrowed for each in class_.overrides):
+            own.add('"platform/foundation/Cast.h"')
         own |= {self.header(type_) for type_ in class_.uses() if type_.kind == "class" and type_ is not class_.type}
         return sorted(system) + sorted(own)
 
@@ -156,7 +171,9 @@ class Metamodel(Checker):
             uuid = self.uuid(node, line, qualified)
             self.doc(node, line, qualified)
             type_ = self._add_type(qualified, "::" + qualified.replace(".", "::"), "class", line, node)
-            by_name[type_.name] = Class(type_, uuid, node["doc"], self.flag(node, "hidden"), line)
+            by_name[type_.name] = Class(type_, uuid, node["doc"], self.flag(node, "hidden"), line,
+                                        is_abstract=self.flag(node, "abstract"))
+        self.classes_by_name = by_name
         for class_ in by_name.values():
             node = class_.type.node
             if "superclass" in node:
@@ -167,11 +184,19 @@ class Metamodel(Checker):
                 class_.superclass = by_name[name]
         ordered = self._superclasses_first(by_name)
         for class_ in ordered:
-            self._read_members(class_, by_name)
+            self.read_members(class_)
         for class_ in ordered:
-            for property_ in class_.properties:
-                self._resolve_key(property_, by_name)
+            self.finish_members(class_, by_name)
+        for class_ in ordered:
+            self.check_members(class_)
         return ordered
+
+    def is_below(self, type_, other):
+        """Tells whether a class is another one or a subclass of it."""
+        class_ = self.classes_by_name.get(type_.name)
+        while class_ is not None and class_.type is not other:
+            class_ = class_.superclass
+        return class_ is not None or other.name == "ModelElement"
 
     def _superclasses_first(self, by_name):
         ordered = []
@@ -189,158 +214,9 @@ class Metamodel(Checker):
             visit(class_, [])
         return ordered
 
-    def _read_members(self, class_, by_name):
-        node = class_.type.node
-        where = f"class '{class_.name}'"
-        overrides = node.get("overrides", [])
-        if not isinstance(overrides, list):
-            self.fail(node.line_of("overrides"), f"'overrides' of {where} is no list; write [{overrides}]")
-        for override in overrides:
-            if override not in self.OVERRIDABLE:
-                self.fail(node.line_of("overrides"), f"'{override}' is an override of nothing"
-                          + near(override, self.OVERRIDABLE))
-        class_.overrides = overrides
-        index = class_.superclass.last_index if class_.superclass else 0
-        inherited = {member.name for member in class_.inherited("properties") + class_.inherited("operations")}
-        getters = {property_.getter: property_.name for property_ in class_.inherited("properties")}
-        properties = self.section(node, "properties", where)
-        for name, described in properties.items():
-            index += 1
-            line = properties.line_of(name)
-            if name in inherited:
-                self.fail(line, f"{where} has a member '{name}' already; rename one")
-            inherited.add(name)
-            getter = lower_first(name)
-            if getter in getters:
-                self.fail(line, f"the getters of '{getters[getter]}' and '{name}' are both called '{getter}'; "
-                          "rename one")
-            getters[getter] = name
-            class_.properties.append(self._read_property(class_, name, described, index, line))
-        if index > LAST_INDEX:
-            self.fail(class_.line, f"{where} has {index} properties; a class has at most {LAST_INDEX}")
-        operations = self.section(node, "operations", where)
-        for name, described in operations.items():
-            line = operations.line_of(name)
-            if name in inherited:
-                self.fail(line, f"{where} has a member '{name}' already; rename one")
-            inherited.add(name)
-            class_.operations.append(self._read_operation(class_, name, described, line))
-
-    def _read_property(self, class_, name, node, index, line):
-        self.identifier(name, line)
-        self.identifier(lower_first(name), line)
-        where = f"property '{class_.name}.{name}'"
-        self.mapping(node, line, where)
-        self.keys(node, self.PROPERTY, where)
-        self.doc(node, line, where)
-        if "type" not in node:
-            self.fail(line, f"{where} has no type; add one")
-        kind = node.get("kind", "single")
-        if kind not in KINDS:
-            self.fail(node.line_of("kind"), f"{where} has the kind '{kind}'" + near(kind, KINDS))
-        type_ = self._type(self.text(node, "type", where), node.line_of("type"))
-        contained = self.flag(node, "contained")
-        if contained and not type_.is_element:
-            self.fail(node.line_of("contained"), f"{where} can't contain values of type '{type_.name}'; only elements "
-                      "are contained")
-        if type_.is_element and not contained:
-            self.fail(line, f"{where} refers to an element that it doesn't contain, which is not supported; "
-                      "add 'contained: true'")
-        if kind in ("map", "multimap") and not contained:
-            self.fail(line, f"{where} is keyed and holds no elements; a map contains elements")
-        if (kind in ("map", "multimap")) != ("key" in node):
-            self.fail(line, f"{where}: a map or multimap, and nothing else, is keyed; " +
-                      ("name the property after 'key'" if "key" not in node else "take 'key' away"))
-        for accessor in ("getter", "setter"):
-            if node.get(accessor, "public") not in ("public", "internal"):
-                self.fail(node.line_of(accessor), f"the {accessor} of {where} is 'public' or 'internal'")
-        property_ = Property(
-            name, node["doc"], member_uuid(class_.uuid, name), line, type=type_, kind=kind, contained=contained,
-            key_name=self.text(node, "key", where) if "key" in node else "", index=index, owner=class_,
-            traits={
-                "isContained": contained,
-                "isReadOnly": self.flag(node, "read_only"),
-                "isDerived": False,
-                "isTransient": self.flag(node, "transient"),
-                "isOrdered": self.flag(node, "ordered"),
-                "isUnique": self.flag(node, "unique"),
-                "isHidden": self.flag(node, "hidden"),
-                "hasPublicGetter": node.get("getter", "public") == "public",
-                "hasPublicSetter": node.get("setter", "public") == "public",
-            })
-        if "default" in node:
-            property_.default = node.texts.get("default", "")
-            property_.default_cpp = self._default(property_, node["default"], node.line_of("default"))
-        return property_
-
-    def _default(self, property_, value, line):
-        """Gives a default in C++. YAML has turned its text into a value, which is taken only if it kept the text."""
-        type_, text = property_.type, property_.default
-        if property_.kind != "single":
-            self.fail(line, f"property '{property_.name}' is no single value and has no default; take it away")
-        if type_.kind == "enumeration":
-            names = [literal.name for literal in self._enumeration(type_).literals]
-            if text not in names:
-                self.fail(line, f"'{text}' is no literal of '{type_.name}'" + near(text, names))
-            return f"{type_.cpp}::{text}"
-        if type_.name == "Boolean":
-            if not isinstance(value, bool) or text not in ("true", "false"):
-                self.fail(line, f"'{text}' is no value of type 'Boolean'; write true or false")
-            return text
-        if type_.name == "Integer":
-            is_number = type(value) is int and re.match(r"(0|-?[1-9][0-9]*)\Z", text)
-            if not is_number or not -2**31 <= int(text) < 2**31:
-                self.fail(line, f"'{text}' is no value of type 'Integer'; write a plain decimal number of 32 bits")
-            return text
-        if type_.name in ("String", "StdString"):
-            if not isinstance(value, str):
-                self.fail(line, f"'{text}' is no text to YAML; put it in quotes")
-            return literal(text, "u" if type_.name == "String" else "")
-        self.fail(line, f"a property of type '{type_.name}' has no default; take it away")
-
-    def _enumeration(self, type_):
-        return next(each for each in self.enumerations if each.type is type_)
-
-    def _resolve_key(self, property_, by_name):
-        if not property_.key_name:
-            return
-        keyed = by_name.get(property_.type.name)
-        candidates = {each.name: each for each in (keyed.inherited("properties") if keyed else [])}
-        if property_.key_name not in candidates:
-            self.fail(property_.line, f"the key '{property_.key_name}' of '{property_.owner.name}.{property_.name}' is "
-                      f"no property of '{property_.type.name}'" + near(property_.key_name, candidates))
-        property_.key = candidates[property_.key_name]
-        if property_.key.kind != "single" or property_.key.type.name not in ("String", "Integer"):
-            self.fail(property_.line, f"the key '{property_.key_name}' is no single String or Integer; only these are "
-                      "keys")
-        property_.key.is_key = True
-
-    def _read_operation(self, class_, name, node, line):
-        self.identifier(name, line)
-        where = f"operation '{class_.name}.{name}'"
-        self.mapping(node, line, where)
-        self.keys(node, self.OPERATION, where)
-        self.doc(node, line, where)
-        uuid = member_uuid(class_.uuid, name)
-        arguments = []
-        described = self.section(node, "arguments", where)
-        for argument, text in described.items():
-            at = described.line_of(argument)
-            self.identifier(argument, at)
-            arguments.append(Argument(argument, self._use(text, at), member_uuid(uuid, argument)))
-        result = self._use(node["result"], node.line_of("result")) if "result" in node else None
-        return Operation(name, node["doc"], uuid, line, arguments=arguments, result=result,
-                         is_static=self.flag(node, "static"), owner=class_)
-
     # Types
 
-    def _use(self, text, line):
-        match = re.match(r"([A-Za-z0-9_.]+)(\[(ordered)?\])?\Z", str(text))
-        if not match:
-            self.fail(line, f"'{text}' is no type; write Name, Name[] or Name[ordered]")
-        return TypeUse(self._type(match[1], line), match[2] is not None, match[3] is not None)
-
-    def _type(self, name, line):
+    def type(self, name, line):
         if name not in self.types:
             self.fail(line, f"type '{name}' is unknown" + near(name, self.types))
         return self.types[name]
@@ -348,6 +224,7 @@ class Metamodel(Checker):
     def _add_type(self, qualified, cpp, kind, line, node):
         package, _, name = qualified.rpartition(".")
         self.identifier(name, line)
+        check_type_name(self, name, line)
         if package not in self.packages:
             self.fail(line, f"package '{package}' of '{qualified}' is not described" + near(package, self.packages))
         if name in self.types:

@@ -137,12 +137,14 @@ void AbstractMetaPackage::instantiate(const PackageRow& row, Parts& parts) {
   const std::u16string name = qualified.substr(qualified.rfind(u'.') + 1);
   parts.packages[qualified] = createPackage(name.c_str(), row.schema);
   for (const PrimitiveRow& primitive : row.primitives) {
-    parts.types[joined(qualified, primitive.name)] =
-        createPrimitiveType(primitive.uuid, primitive.name, primitive.nativeName);
+    const PrimitiveType made = createPrimitiveType(primitive.uuid, primitive.name, primitive.nativeName);
+    made.impl()->nativeType = primitive.nativeType;
+    parts.types[joined(qualified, primitive.name)] = made;
   }
   for (const EnumRow& each : row.enumerations) {
     const Enum made = createEnum(each.uuid, each.name, each.description);
     made.impl()->isHidden = each.isHidden;
+    made.impl()->nativeType = each.nativeType;
     for (const LiteralRow& literal : each.literals) {
       addLiteral(made, createEnumLiteral(literal.uuid, literal.name, literal.value));
     }
@@ -151,6 +153,8 @@ void AbstractMetaPackage::instantiate(const PackageRow& row, Parts& parts) {
   for (const ClassRow& each : row.classes) {
     const Class made = createClass(each.uuid, each.name, each.description);
     made.impl()->isHidden = each.isHidden;
+    made.impl()->isAbstract = each.isAbstract;
+    made.impl()->nativeType = each.nativeType;
     const std::u16string className = joined(qualified, each.name);
     parts.types[className] = parts.classes[className] = made;
     for (const PropertyRow& property : each.properties) {
@@ -201,7 +205,7 @@ void AbstractMetaPackage::weaveClass(const Package& package, const ClassRow& row
   const Type super = parts.type(row.superclass);
   made.impl()->setSuperclass(Class(static_cast<Class::Impl*>(super.impl())));
   registry.registerTypeNames(made, {className, row.scopedName});
-  registry.registerType(made, row.builder);
+  registry.registerType(made, row.collection, row.builder);
   for (const PropertyRow& each : row.properties) {
     const Property& property = parts.properties.at(joined(className, each.name));
     addProperty(made, property);
@@ -214,14 +218,17 @@ void AbstractMetaPackage::weaveClass(const Package& package, const ClassRow& row
     const Operation& operation = parts.operations.at(joined(className, each.name));
     addOperation(made, operation);
     operation.impl()->isStatic = each.isStatic;
+    operation.impl()->isAbstract = each.isAbstract;
+    operation.impl()->isPublic = each.isPublic;
     setInvoker(operation, each.invoker);
     const auto bound = [](const TypedElement& element, const Type& type, bool isList, bool isOrdered) {
       setType(element, type, isList ? 0 : 1, isList ? -1 : 1, isOrdered);
     };
-    if (each.type != nullptr) bound(operation, parts.type(each.type), each.isList, false);
+    if (each.type != nullptr) bound(operation, parts.type(each.type), each.isList, each.isOrdered);
     for (const ArgumentRow& argument : each.arguments) {
       const Argument added = createArgument(argument.uuid, argument.name);
       bound(added, parts.type(argument.type), argument.isList, argument.isOrdered);
+      added.impl()->isOut = argument.isOut;
       addArgument(operation, added);
     }
   }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <typeinfo>
 
 #include "platform/export.h"
 #include "platform/foundation/meta/MetaImpl.h"
@@ -17,33 +18,37 @@ struct ArgumentRow {
   const char* uuid;
   const char16_t* name;
   const char16_t* type;
-  bool isList;
-  bool isOrdered;
+  bool isList = false;
+  bool isOrdered = false;
+  bool isOut = false;
 };
 
 struct OperationRow {
   const char* uuid;
   const char16_t* name;
   const char16_t* description;
-  const char16_t* type;  // null for an operation without result
-  bool isList;
-  bool isStatic;
-  Invoker invoker;  // null for an operation that reflection doesn't call
-  std::span<const ArgumentRow> arguments;
+  const char16_t* type = nullptr;  // null for an operation without result
+  bool isList = false;
+  bool isOrdered = false;
+  bool isStatic = false;
+  bool isAbstract = false;
+  bool isPublic = true;
+  Invoker invoker = nullptr;  // null for an operation that reflection doesn't call
+  std::span<const ArgumentRow> arguments = {};
 };
 
 struct PropertyRow {
   const char* uuid;
   const char16_t* name;
   const char16_t* description;
-  unsigned index;
-  ValueFlags flags;
-  Traits traits;
-  const char16_t* type;
-  std::int32_t lower;
-  std::int32_t upper;
-  const char16_t* defaultText;  // null if the type's zero is the default
-  const char16_t* key;          // null for a property that isn't keyed
+  unsigned index = 0;  // 0 for a derived one
+  ValueFlags flags = ValueFlags::Single;
+  Traits traits = {};
+  const char16_t* type = nullptr;
+  std::int32_t lower = 1;
+  std::int32_t upper = 1;
+  const char16_t* defaultText = nullptr;  // null if the type's zero is the default
+  const char16_t* key = nullptr;          // null for a property that isn't keyed
 };
 
 struct LiteralRow {
@@ -58,7 +63,8 @@ struct PrimitiveRow {
   const char* uuid;
   const char16_t* name;
   const char16_t* nativeName;
-  SerializerFactory serializer;  // null for a type without text and default
+  const std::type_info* nativeType;
+  SerializerFactory serializer = nullptr;  // null for a type without text and default
 };
 
 struct EnumRow {
@@ -66,9 +72,10 @@ struct EnumRow {
   const char16_t* name;
   const char16_t* scopedName;
   const char16_t* description;
-  bool isHidden;
-  std::span<const LiteralRow> literals;
-  SerializerFactory serializer;
+  const std::type_info* nativeType;
+  bool isHidden = false;
+  std::span<const LiteralRow> literals = {};
+  SerializerFactory serializer = nullptr;
 };
 
 struct ClassRow {
@@ -77,18 +84,21 @@ struct ClassRow {
   const char16_t* scopedName;
   const char16_t* description;
   const char16_t* superclass;
-  bool isHidden;
-  std::span<const PropertyRow> properties;
-  std::span<const OperationRow> operations;
-  BuilderFactory builder;
+  const std::type_info* nativeType;  // that of its handles
+  bool isHidden = false;
+  bool isAbstract = false;
+  std::span<const PropertyRow> properties = {};
+  std::span<const OperationRow> operations = {};
+  CollectionFactory collection = nullptr;
+  BuilderFactory builder = nullptr;  // null for an abstract class
 };
 
 struct PackageRow {
   const char16_t* qualifiedName;
   const char16_t* schema;
-  std::span<const PrimitiveRow> primitives;
-  std::span<const EnumRow> enumerations;
-  std::span<const ClassRow> classes;
+  std::span<const PrimitiveRow> primitives = {};
+  std::span<const EnumRow> enumerations = {};
+  std::span<const ClassRow> classes = {};
 };
 
 /// What a generated metapackage makes its meta elements with. Its calls run within a `MetaRegistry::Update`.

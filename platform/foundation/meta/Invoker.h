@@ -56,6 +56,23 @@ Value call(ImplT& self, Result (ImplT::*member)(Arguments...), const std::vector
   }
 }
 
+template <class ImplT, class Result, class... Arguments, std::size_t... At>
+Value call(const ImplT& self, Result (ImplT::*member)(Arguments...) const,
+           const std::vector<Value>& arguments, std::index_sequence<At...>) {
+  if constexpr (std::is_void_v<Result>) {
+    (self.*member)(FromValue<std::decay_t<Arguments>>::get(arguments[At])...);
+    return {};
+  } else {
+    return Value((self.*member)(FromValue<std::decay_t<Arguments>>::get(arguments[At])...));
+  }
+}
+
+template <class ImplT, class Result, class... Arguments>
+Value callMember(ModelElement::Impl& self, Result (ImplT::*member)(Arguments...) const,
+                 [[maybe_unused]] const std::vector<Value>& arguments) {
+  return call(static_cast<const ImplT&>(self), member, arguments, std::index_sequence_for<Arguments...>());
+}
+
 template <class ImplT, class Result, class... Arguments>
 Value callMember(ModelElement::Impl& self, Result (ImplT::*member)(Arguments...),
                  [[maybe_unused]] const std::vector<Value>& arguments) {

@@ -348,6 +348,11 @@ const Operation::Impl* Class::Impl::findOperation(const std::u16string& wanted) 
   return nullptr;
 }
 
+std::shared_ptr<AbstractOwnedCollection> Class::Impl::instantiateCollection(ModelElement::Impl& owner,
+                                                                            const Property& property) const {
+  return collectionFactory == nullptr ? nullptr : collectionFactory(owner, property);
+}
+
 std::unique_ptr<ModelElement::Builder> Class::Impl::instantiateBuilder(const Model& model) const {
   return builderFactory == nullptr ? nullptr : builderFactory(model);
 }

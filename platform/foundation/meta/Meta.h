@@ -43,6 +43,7 @@ struct Traits {
   bool isHidden = false;
   bool hasPublicGetter = true;
   bool hasPublicSetter = true;
+  bool acceptsProxies = false;  // of a collection that refers to elements
 };
 
 class ND_PLATFORM_EXPORT NamedElement : public ModelElement {

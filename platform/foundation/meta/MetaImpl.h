@@ -1,6 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <string>
+#include <typeinfo>
 #include <unordered_map>
 #include <vector>
 
@@ -10,10 +12,17 @@
 
 namespace lx::base {
 
+class AbstractOwnedCollection;
+
 namespace meta {
 
 /// Makes a builder of a class for a model.
 using BuilderFactory = std::unique_ptr<ModelElement::Builder> (*)(const Model& model);
+
+/// Makes an empty collection of the kind in which a property of the owner holds elements of a class; null for
+/// a property that is no collection. What is made is not the owner's own collection.
+using CollectionFactory = std::shared_ptr<AbstractOwnedCollection> (*)(ModelElement::Impl& owner,
+                                                                       const Property& property);
 
 /// The elements of the meta model. Their fields are filled by the metapackage that makes them, in the
 /// transaction of their creation, and read afterwards; there is nothing to undo but their creation. An
@@ -41,6 +50,7 @@ class ND_PLATFORM_EXPORT Type::Impl : public NamedElement::Impl {
 
   Package::Impl* package = nullptr;
   bool isHidden = false;
+  const std::type_info* nativeType = nullptr;
 };
 
 class ND_PLATFORM_EXPORT Package::Impl : public NamedElement::Impl {
@@ -159,6 +169,11 @@ class ND_PLATFORM_EXPORT Class::Impl : public Type::Impl {
   /// Make a builder for a model; null for an abstract class.
   std::unique_ptr<ModelElement::Builder> instantiateBuilder(const Model& model) const;
 
+  /// Make an empty collection of the kind in which a property of the owner holds elements of this class. Null
+  /// for a property that is no collection, and for a class that was registered without such a factory.
+  std::shared_ptr<AbstractOwnedCollection> instantiateCollection(ModelElement::Impl& owner,
+                                                                 const Property& property) const;
+
   void addProperty(Property::Impl& property);
   void addOperation(Operation::Impl& operation);
   const Property::Impl* findProperty(const std::u16string& name) const noexcept;
@@ -167,6 +182,7 @@ class ND_PLATFORM_EXPORT Class::Impl : public Type::Impl {
   boost::uuids::uuid uuid{};
   Impl* superclass = nullptr;
   bool isAbstract = false;
+  CollectionFactory collectionFactory = nullptr;
   BuilderFactory builderFactory = nullptr;
   std::vector<Property::Impl*> properties;
   std::vector<Operation::Impl*> operations;

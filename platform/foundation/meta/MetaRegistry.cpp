@@ -27,9 +27,9 @@ namespace meta {
 namespace {
 
 /// The types that the foundation brings itself: package lx.base with its classes and primitives.
-class StandardTypes : public AbstractMetaPackage {
+class StandardPackage : public AbstractMetaPackage {
  public:
-  explicit StandardTypes(MetaRegistry& registry) : registry_(registry) {
+  explicit StandardPackage(MetaRegistry& registry) : registry_(registry) {
     const Package lx = make<Package>(u"lx");
     const Package base = make<Package>(u"base");
     const Package meta = make<Package>(u"meta");
@@ -38,6 +38,7 @@ class StandardTypes : public AbstractMetaPackage {
 
     const Class root = addClass(base, u"ModelElement", Class());
     root.impl()->uuid = ModelElement::Uuid();
+    root.impl()->nativeType = &typeid(ModelElement);
     for (const char16_t* name : {u"Package", u"Class", u"Enum", u"EnumLiteral", u"PrimitiveType", u"Property",
                                  u"Operation", u"Argument"}) {
       addClass(meta, name, root);
@@ -48,7 +49,7 @@ class StandardTypes : public AbstractMetaPackage {
     addPrimitive<bool>(base, u"Boolean", u"bool");
     addPrimitive<std::int32_t>(base, u"Integer", u"std::int32_t");
     addPrimitive<boost::uuids::uuid>(base, u"UUID", u"boost::uuids::uuid");
-    addType(base, u"Model", u"lx::base::Model");
+    addType(base, u"Model", u"lx::base::Model").impl()->nativeType = &typeid(Model);
     addType(base, u"HvArray", u"hvArray");
     registry_.registerRootPackage(lx);
   }
@@ -85,6 +86,7 @@ class StandardTypes : public AbstractMetaPackage {
   template <class T>
   void addPrimitive(const Package& package, const char16_t* name, const char16_t* nativeName) {
     const PrimitiveType type = addType(package, name, nativeName);
+    type.impl()->nativeType = &typeid(T);
     PropertySerializerRegistry::getInstance().registerPropertySerializer(
         type.getQualifiedName(), u"", std::make_shared<const DefaultPropertySerializer<T>>());
   }
@@ -97,7 +99,7 @@ class StandardTypes : public AbstractMetaPackage {
 MetaRegistry::MetaRegistry() : model_(Model::create()) {
   PropertySerializerRegistry::getInstance();  // outlives this registry
   Transaction transaction = model_.impl()->beginTransaction(true);
-  const StandardTypes standard(*this);
+  const StandardPackage standard(*this);
   transaction.commit();
   Model::Freezer::freeze(model_);
 }
@@ -131,6 +133,19 @@ PrimitiveType MetaRegistry::getPrimitiveType(const std::u16string& name) const {
   return PrimitiveType(found);
 }
 
+bool MetaRegistry::isCorrectTypeForTypeId(const Type& type, std::type_index native) const {
+  if (!type || type.impl()->nativeType == nullptr) return false;
+  if (*type.impl()->nativeType == native) return true;
+  auto* const asClass = dynamic_cast<Class::Impl*>(type.impl());
+  if (asClass == nullptr) return false;
+  const std::scoped_lock lock(mutex_);
+  return std::any_of(types_.begin(), types_.end(), [&](const auto& entry) {
+    auto* const other = dynamic_cast<Class::Impl*>(entry.second.impl());
+    return other != nullptr && other->nativeType != nullptr && *other->nativeType == native &&
+           Class(other).isSubclassOf(Class(asClass));
+  });
+}
+
 std::vector<Package> MetaRegistry::getRootPackages() const {
   const std::scoped_lock lock(mutex_);
   return rootPackages_;
@@ -147,7 +162,9 @@ void MetaRegistry::registerTypeNames(const Type& type, const std::vector<std::u1
   for (const std::u16string& name : names) types_[name] = type;
 }
 
-void MetaRegistry::registerType(const Class& type, BuilderFactory builderFactory) {
+void MetaRegistry::registerType(const Class& type, CollectionFactory collectionFactory,
+                                BuilderFactory builderFactory) {
+  type.impl()->collectionFactory = collectionFactory;
   type.impl()->builderFactory = builderFactory;
 }
 

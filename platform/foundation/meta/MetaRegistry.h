@@ -3,6 +3,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <typeindex>
 #include <vector>
 
 #include "platform/export.h"
@@ -41,13 +42,20 @@ class ND_PLATFORM_EXPORT MetaRegistry {
   Class getClass(const std::u16string& name) const;
   PrimitiveType getPrimitiveType(const std::u16string& name) const;
 
+  /// Tell whether values of a native type are values of a type: for a class its handles and those of
+  /// registered subclasses. False for a null handle, and for a type that came without a native one.
+  bool isCorrectTypeForTypeId(const Type& type, std::type_index native) const;
+
   /// Give the root packages, in the order of their registration, or one of them; null if there is none.
   std::vector<Package> getRootPackages() const;
   Package findRootPackage(const std::u16string& name) const;
 
   /// Register a type, or a name more for it; within an update.
   void registerTypeNames(const Type& type, const std::vector<std::u16string>& names);
-  void registerType(const Class& type, BuilderFactory builderFactory);
+
+  /// Register what makes collections of a class's elements, and what makes its builders; null for an abstract
+  /// class.
+  void registerType(const Class& type, CollectionFactory collectionFactory, BuilderFactory builderFactory);
   void registerRootPackage(const Package& package);
 
   /// Take a root package away with all that it holds; within an update.

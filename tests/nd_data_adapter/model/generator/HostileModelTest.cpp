@@ -19,7 +19,7 @@ TEST(HostileModel, KeepsItsMembersApartFromThoseOfTheFoundation) {
   hostile.setProperty(true);
   hostile.setIndex(2);
   hostile.setTo(u"to");
-  hostile.setModel(model);
+  hostile.setModels(model);
   hostile.setUuid(boost::uuids::uuid{{7}});
   EXPECT_EQ(hostile.value(), u"value");
   EXPECT_EQ(hostile.element().at(0), u"element");
@@ -27,14 +27,14 @@ TEST(HostileModel, KeepsItsMembersApartFromThoseOfTheFoundation) {
   EXPECT_TRUE(hostile.property());
   EXPECT_EQ(hostile.index(), 2);
   EXPECT_EQ(hostile.to(), u"to");
-  EXPECT_EQ(hostile.model(), model);
+  EXPECT_EQ(hostile.models(), model);
   EXPECT_EQ(hostile.getModel(), model);
   EXPECT_EQ(hostile.uuid(), (boost::uuids::uuid{{7}}));
   EXPECT_NE(hostile.identifier(), hostile.uuid());
   EXPECT_EQ(hostile.std(), Flag::value);
   EXPECT_EQ(hostile.lx(), Flag::Texts);
   EXPECT_EQ(hostile.boost(), u"\\\"");
-  hostile.setModel(Model());
+  hostile.setModels(Model());
 }
 
 TEST(HostileModel, PassesArgumentsByTheirNames) {

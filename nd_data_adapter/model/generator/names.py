@@ -1,0 +1,90 @@
+"""Names that members and types can't have, since the foundation or the generator uses them."""
+
+# The members of lx::base::ModelElement, and what every handle adds to them.
+HANDLE = set("""
+    Builder BuilderWrapper Constrainables Impl Uuid addRef container create destroy getMetaClass getModel
+    getPropertyValue hasPropertyValue identifier impl invoke isAlive isProxy metaClass raiseNull referrers removeRef self
+    setPropertyValue
+    """.split())
+
+# The members of lx::base::ModelElement::Impl and of its base, and what every element adds to them.
+ELEMENT = set("""
+    BuilderBase BuilderImpl Changes ContainedVisitor ContainerIndex Fields LifeIndex Storage _inverseAddThis
+    _inverseContainsThis _setContainedByThis aboutToDestroy addRef basicDisassociateAll basicSetContainer checkAlive
+    checkWritable container containmentSlot convertReferencesToProxies convertToProxy copyStateFromStorage copyValue
+    createChanges createStorage destroy didCreate disassociateIncoming doDestroy getMetaClass getModel
+    getPersistentProxyId getPropertyByIndex getPropertyValue getProxyId hasPropertyValue identifier inverseAdd
+    inverseContainsProxyTo inverseRemove invalidate invoke isAlive isBeingDestroyed isFrozen isLogged
+    isMovedInOpenTransaction isPropertyOfClass isProxy modelImpl nameOfProperty notifyCreated notifyDestroying
+    notifyModifying raiseNotWritable referrers removeRef saveOldValue setPropertyValue
+    """.split())
+
+# The members of lx::base::ModelElement::Builder, and what every builder adds to them.
+BUILDER = set("""
+    Element Orchestrator create createIn createWithin doCreate getMetaClass getModel orchestrator self setModel setOrAdd
+    values
+    """.split())
+
+# What a class or an enumeration can't be called: the types within a class, and the functions beside enumerations.
+TYPES = set("""
+    Builder BuilderBase BuilderImpl BuilderWrapper Changes Constrainables ContainedVisitor Element Fields Impl
+    Orchestrator Storage Table fromText toText
+    """.split())
+
+# Macros of the C library, which no name survives.
+MACROS = set("EDOM EILSEQ EOF ERANGE FALSE INFINITY NAN NULL TRUE assert errno offsetof setjmp stderr stdin stdout".split())
+
+
+def check_type_name(checker, name, line):
+    if name in TYPES:
+        checker.fail(line, f"'{name}' is a name of the foundation's; choose another")
+
+
+def check_member_names(checker, class_):
+    """Refuses a member that would stand in the way of the foundation's own or of another member."""
+    inherited = class_.superclass
+    taken = {}
+    for each in inherited.inherited("properties") if inherited else []:
+        _take(taken, each, f"property '{each.name}'")
+    for each in inherited.inherited("operations") if inherited else []:
+        taken.setdefault(("element", each.name), f"operation '{each.name}'")
+    for property_ in class_.properties:
+        handle, element, builder = property_.names()
+        for names, reserved in (handle, HANDLE), (element, ELEMENT), (builder, BUILDER):
+            for name in names:
+                _check_name(checker, property_, name, reserved, class_)
+        for key in _keys(property_):
+            if key in taken:
+                checker.fail(property_.line, f"property '{property_.name}' makes a '{key[1]}', and so does {taken[key]}; "
+                             "rename one")
+        _take(taken, property_, f"property '{property_.name}'")
+    for operation in class_.operations:
+        if operation.name == "create":
+            if not class_.is_abstract or operation.is_static:
+                checker.fail(operation.line, "'create' is a name of the foundation's in a class that isn't abstract; "
+                             "choose another")
+        else:
+            _check_name(checker, operation, operation.name, HANDLE | ELEMENT, class_)
+        for scope in "handle", "element":
+            if (scope, operation.name) in taken:
+                checker.fail(operation.line, f"operation '{operation.name}' is called like what "
+                             f"{taken[scope, operation.name]} makes; rename one")
+
+
+def _keys(property_):
+    handle, element, builder = property_.names()
+    return ([("handle", name) for name in handle] + [("element", name) for name in element] +
+            [("builder", name) for name in builder])
+
+
+def _take(taken, property_, text):
+    for key in _keys(property_):
+        taken.setdefault(key, text)
+
+
+def _check_name(checker, member, name, reserved, class_):
+    if name not in reserved and name != class_.name:
+        return
+    made = "" if name == member.name else f" makes a '{name}', which"
+    whose = "the class's own name" if name == class_.name else "a name of the foundation's"
+    checker.fail(member.line, f"'{member.name}'{made} is {whose}; choose another")
