@@ -27,7 +27,7 @@ class ND_PLATFORM_EXPORT ElementImpl {
   ElementImpl(const ElementImpl&) = delete;
   ElementImpl& operator=(const ElementImpl&) = delete;
 
-  virtual ~ElementImpl();
+  virtual ~ElementImpl() = default;
 
   /// Give the model that the element belongs to, or a null handle once the element is gone.
   virtual Model getModel() const = 0;

@@ -234,7 +234,7 @@ void ModelAccess::rollBack(Level& level) noexcept {
   while (model.newest_ != level.newestBefore) {
     Element& created = *model.newest_;
     unlink(created);
-    forget(created);
+    if ((created.flags_ & Element::Identified) != 0) forget(created);
     created.invalidate();
     created.next_ = undone;
     undone = &created;
@@ -332,7 +332,7 @@ void ModelAccess::createMute(const ModelElement& created) {
   Model::Impl& model = *element.model_;
   checkUsable(model);
   countTransaction(model);
-  if (!element.uuid_.is_nil()) model.identify(element.uuid_, element);
+  if ((element.flags_ & Element::Identified) != 0) model.identify(element.uuid_, element);
   link(element);
   if (!isAloneAndObserved(model)) return;
   model.addRef();
@@ -350,16 +350,7 @@ void ModelAccess::link(Element& element) noexcept {
   element.addRef();
 }
 
-void ModelAccess::unlink(Element& element) noexcept {
-  Model::Impl& model = *element.model_;
-  (element.previous_ == nullptr ? model.oldest_ : element.previous_->next_) = element.next_;
-  (element.next_ == nullptr ? model.newest_ : element.next_->previous_) = element.previous_;
-  element.previous_ = nullptr;
-  element.next_ = nullptr;
-}
-
 void ModelAccess::forget(Element& element) noexcept {
-  if ((element.flags_ & Element::Identified) == 0) return;
   auto& identified = element.model_->identified_;
   const auto [first, last] = identified.equal_range(element.uuid_);
   const auto found = std::find_if(first, last, [&](const auto& entry) { return entry.second == &element; });
@@ -372,10 +363,7 @@ void ModelAccess::bury(Element* dead) noexcept {
     Element& buried = *dead;
     dead = buried.next_;
     buried.next_ = nullptr;
-    forget(buried);
-    buried.invalidate();
-    buried.basicDisassociateAll();
-    buried.removeRef();
+    buryOne(buried);
   }
 }
 

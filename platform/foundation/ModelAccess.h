@@ -67,7 +67,13 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static void setMute(Element& element) noexcept { element.flags_ |= Element::Mute; }
 
   static void link(Element& element) noexcept;
-  static void unlink(Element& element) noexcept;
+  static void unlink(Element& element) noexcept {
+    Model::Impl& model = *element.model_;
+    (element.previous_ == nullptr ? model.oldest_ : element.previous_->next_) = element.next_;
+    (element.next_ == nullptr ? model.newest_ : element.next_->previous_) = element.previous_;
+    element.previous_ = nullptr;
+    element.next_ = nullptr;
+  }
   static void tell(Element& element);
   static void destroyContents(Element& element);
   static void destroy(Element& element);
@@ -96,6 +102,7 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static bool hasDyingContainer(const Element& element) noexcept;
   static bool endsUnheard(const Element& element) noexcept;
   static void destroyUnheard(Element& element) noexcept;
+  static void destroyHeard(Element& element);
   static void tellAll(Element& root, const Transaction& transaction);
   static void tellModel(Model::Impl& model, bool swallow);
   static void untell(Model::Impl& model, std::size_t from) noexcept;
@@ -112,6 +119,12 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static Storage* releaseOfDead(Storage* saved) noexcept;
   static void retire(Model::Impl& model, Storage* saved) noexcept;
   static void bury(Element* dead) noexcept;
+  static void buryOne(Element& dead) noexcept {
+    if ((dead.flags_ & Element::Identified) != 0) forget(dead);
+    dead.invalidate();
+    dead.basicDisassociateAll();
+    dead.dropRef();
+  }
   static void forget(Element& element) noexcept;
 };
 

@@ -144,7 +144,7 @@ void ModelAccess::kill(Element& element) {
 bool ModelAccess::endsUnheard(const Element& element) noexcept {
   const Model::Impl& model = *element.model_;
   return (element.flags_ & (Element::Mute | Element::Composite)) == Element::Mute &&
-         element.slot_ == nullptr && model.top_ == nullptr && !model.frozen_;
+         element.slot_ == nullptr && element.incoming_ == nullptr && model.top_ == nullptr && !model.frozen_;
 }
 
 void ModelAccess::destroyUnheard(Element& element) noexcept {
@@ -155,13 +155,19 @@ void ModelAccess::destroyUnheard(Element& element) noexcept {
   element.flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
   unlink(element);
   if (!model.observers_.empty()) notify(model, ChangeSet(model, {}, {&destroyed, 1}, nullptr, nullptr));
-  bury(&element);
+  buryOne(element);
   model.removeRef();
 }
 
 void ModelAccess::destroy(Element& element) {
   if (!element.isAlive() || element.isBeingDestroyed()) return;
-  if (endsUnheard(element)) return destroyUnheard(element);
+  if (endsUnheard(element))
+    destroyUnheard(element);
+  else
+    destroyHeard(element);
+}
+
+void ModelAccess::destroyHeard(Element& element) {
   const ModelElement keep(&element);
   const Model keepModel(element.model_);
   Model::Impl& model = *element.model_;

@@ -13,8 +13,6 @@
 
 namespace lx::base {
 
-ElementImpl::~ElementImpl() = default;
-
 // The handle
 
 void ModelElement::raiseNull(const char* operation) {

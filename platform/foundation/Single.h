@@ -110,12 +110,9 @@ void assign(ModelElement::Impl& self, Single<T>& field, T& next, unsigned index)
     ModelAccess::tellLoneChange(self, LoneChange<T>(self, index, next));
 }
 
-/// Set a property with one value: on a proxy raises `CannotModifyProxy`, for an equal value does nothing,
-/// else copies the value, begins a transaction or joins one, notes the old value, and assigns.
+/// Set a property to another value than it has.
 template <class T>
-void set(ModelElement::Impl& self, Single<T>& field, const std::type_identity_t<T>& value, unsigned index) {
-  self.checkWritable(index);
-  if (equalValues(field.get(), value)) return;
+[[gnu::noinline]] void change(ModelElement::Impl& self, Single<T>& field, const T& value, unsigned index) {
   if constexpr (Single<T>::IsWrittenInPlace) {
     if (self.isSavedInOpenTransaction(index)) {
       field.write(value);
@@ -125,6 +122,14 @@ void set(ModelElement::Impl& self, Single<T>& field, const std::type_identity_t<
   T next(value);
   assign(self, field, next, index);
 }  // the old value is let go here, behind the commit
+
+/// Set a property with one value: on a proxy raises `CannotModifyProxy`, for an equal value does nothing,
+/// else copies the value, begins a transaction or joins one, notes the old value, and assigns.
+template <class T>
+void set(ModelElement::Impl& self, Single<T>& field, const std::type_identity_t<T>& value, unsigned index) {
+  self.checkWritable(index);
+  if (!equalValues(field.get(), value)) change(self, field, value, index);
+}
 
 }  // namespace detail
 }  // namespace lx::base

@@ -6,6 +6,7 @@
 #include "platform/foundation/Report.h"
 #include "platform/foundation/meta/MetaImpl.h"
 #include "platform/foundation/meta/MetaRegistry.h"
+#include "platform/text/Compare.h"
 #include "platform/text/Convert.h"
 
 namespace lx::base::meta {
@@ -315,37 +316,46 @@ void Class::Impl::basicDisassociateAll() noexcept {
   superclass = nullptr;
   properties.clear();
   operations.clear();
-  propertiesByName_.clear();
-  operationsByName_.clear();
   Type::Impl::basicDisassociateAll();
 }
 
 void Class::Impl::addProperty(Property::Impl& property) {
   property.owner = this;
   properties.push_back(&property);
-  propertiesByName_.emplace(property.name, &property);
 }
 
 void Class::Impl::addOperation(Operation::Impl& operation) {
   operation.owner = this;
   operations.push_back(&operation);
-  operationsByName_.emplace(operation.name, &operation);
 }
 
-const Property::Impl* Class::Impl::findProperty(const std::u16string& wanted) const noexcept {
-  for (const Impl* each = this; each != nullptr; each = each->superclass) {
-    const auto found = each->propertiesByName_.find(wanted);
-    if (found != each->propertiesByName_.end()) return found->second;
+namespace {
+
+/// Find a member by name. A class has so few that comparing the names costs less than hashing one of them.
+template <class T>
+const T* findByName(const std::vector<T*>& members, const std::u16string& name) noexcept {
+  for (const T* member : members) {
+    if (text::equal(member->name, name)) return member;
   }
   return nullptr;
+}
+
+}  // namespace
+
+const Property::Impl* Class::Impl::findProperty(const std::u16string& wanted) const noexcept {
+  const Property::Impl* found = nullptr;
+  for (const Impl* each = this; each != nullptr && found == nullptr; each = each->superclass) {
+    found = findByName(each->properties, wanted);
+  }
+  return found;
 }
 
 const Operation::Impl* Class::Impl::findOperation(const std::u16string& wanted) const noexcept {
-  for (const Impl* each = this; each != nullptr; each = each->superclass) {
-    const auto found = each->operationsByName_.find(wanted);
-    if (found != each->operationsByName_.end()) return found->second;
+  const Operation::Impl* found = nullptr;
+  for (const Impl* each = this; each != nullptr && found == nullptr; each = each->superclass) {
+    found = findByName(each->operations, wanted);
   }
-  return nullptr;
+  return found;
 }
 
 std::shared_ptr<AbstractOwnedCollection> Class::Impl::instantiateCollection(ModelElement::Impl& owner,

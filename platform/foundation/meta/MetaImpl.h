@@ -3,12 +3,9 @@
 #include <memory>
 #include <string>
 #include <typeinfo>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/foundation/meta/Meta.h"
-#include "platform/text/Compare.h"
-#include "platform/text/Hash.h"
 
 namespace lx::base {
 
@@ -188,13 +185,7 @@ class ND_PLATFORM_EXPORT Class::Impl : public Type::Impl {
   std::vector<Operation::Impl*> operations;
 
  private:
-  template <class T>
-  using ByName = std::unordered_map<std::u16string, T*, text::Hash, text::Equal>;
-
   const char16_t* metaClassName() const noexcept override;
-
-  ByName<Property::Impl> propertiesByName_;
-  ByName<Operation::Impl> operationsByName_;
 };
 
 }  // namespace meta

@@ -11,6 +11,7 @@
 #include "platform/foundation/meta/Meta.h"
 #include "platform/foundation/meta/MetaImpl.h"
 #include "platform/foundation/meta/PropertySerializer.h"
+#include "platform/text/Compare.h"
 
 namespace lx::base::meta {
 
