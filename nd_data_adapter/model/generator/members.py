@@ -118,9 +118,11 @@ class Members(Checker):
         if kind == "set" and not (type_.is_element or type_.has_order):
             self.fail(node.line_of("kind"), f"values of type '{type_.name}' have no order, which a set of them needs; "
                       "write 'kind: sequence'")
+        if property_.is_keyed and not type_.is_element:
+            self.fail(line, f"{where} is keyed and holds no elements; a map contains elements")
         if property_.is_keyed and not contained:
-            self.fail(line, f"{where} is keyed and doesn't contain what it holds; a map contains elements, so add "
-                      "'contained: true' or take another kind")
+            self.fail(line, f"{where} is keyed and doesn't contain its elements; add 'contained: true', or write "
+                      "'kind: sequence' or 'kind: set'")
         if property_.is_keyed != ("key" in node):
             self.fail(line, f"{where}: a map or multimap, and nothing else, is keyed; " +
                       ("name the property after 'key'" if "key" not in node else "take 'key' away"))
@@ -255,11 +257,10 @@ class Members(Checker):
 
     def _argument(self, name, text, line, uuid):
         match = re.fullmatch(r"(.*\S)\s+out", str(text))
-        return Argument(name, self._use(match[1] if match else text, line), member_uuid(uuid, name), bool(match))
+        return Argument(name, self._use(match[1] if match else text, line), member_uuid(uuid, name), line, bool(match))
 
     def _use(self, text, line):
         match = re.match(r"([A-Za-z0-9_.]+)(\[(ordered)?\])?\Z", str(text))
         if not match:
-            self.fail(line, f"'{text}' is no type; write Name, Name[] or Name[ordered], and 'out' behind the type of an "
-                      "argument that the operation sets")
+            self.fail(line, f"'{text}' is no type; write Name, Name[] or Name[ordered]")
         return TypeUse(self.type(match[1], line), match[2] is not None, match[3] is not None)

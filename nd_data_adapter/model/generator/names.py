@@ -9,14 +9,15 @@ HANDLE = set("""
 
 # The members of lx::base::ModelElement::Impl and of its base, and what every element adds to them.
 ELEMENT = set("""
-    BuilderBase BuilderImpl Changes ContainedVisitor ContainerIndex Fields LifeIndex Storage _inverseAddThis
-    _inverseContainsThis _setContainedByThis aboutToDestroy addRef basicDisassociateAll basicSetContainer checkAlive
-    checkWritable container containmentSlot convertReferencesToProxies convertToProxy copyStateFromStorage copyValue
-    createChanges createStorage destroy didCreate disassociateIncoming doDestroy getMetaClass getModel
-    getPersistentProxyId getPropertyByIndex getPropertyValue getProxyId hasPropertyValue identifier inverseAdd
-    inverseContainsProxyTo inverseRemove invalidate invoke isAlive isBeingDestroyed isFrozen isLogged
-    isMovedInOpenTransaction isPropertyOfClass isProxy modelImpl nameOfProperty notifyCreated notifyDestroying
-    notifyModifying raiseNotWritable referrers removeRef saveOldValue setPropertyValue
+    BuilderBase BuilderImpl Changes ContainedVisitor ContainerIndex Fields Flag LifeIndex Storage _inverseAddThis
+    _inverseContainsThis _setContainedByThis aboutToDestroy addRef basicDisassociateAll basicSetContainer
+    becomeProxy checkAlive checkWritable comeIntoModel container containmentSlot convertReferencesToProxies
+    convertToProxy copyStateFromStorage copyValue createChanges createStorage destroy didCreate disassociateIncoming
+    doDestroy getMetaClass getModel getPersistentProxyId getPropertyByIndex getPropertyValue getProxyId
+    hasPropertyValue identifier incoming invalidate inverseAdd inverseContainsProxyTo inverseRemove invoke isAlive
+    isBeingDestroyed isFrozen isLogged isMovedInOpenTransaction isPropertyOfClass isProxy modelImpl nameOfProperty
+    notifyCreated notifyCreatedAsProxy notifyDestroying notifyModifying raiseNotWritable referrers removeRef
+    saveOldValue setPropertyValue
     """.split())
 
 # The members of lx::base::ModelElement::Builder, and what every builder adds to them.
@@ -30,6 +31,9 @@ TYPES = set("""
     Builder BuilderBase BuilderImpl BuilderWrapper Changes Constrainables ContainedVisitor Element Fields Impl
     Orchestrator Storage Table fromText toText
     """.split())
+
+# What an argument can't be called: the types within a handle.
+ARGUMENTS = {"Builder", "BuilderWrapper", "Constrainables", "Impl", "ModelElement"}
 
 # Macros of the C library, which no name survives.
 MACROS = set("EDOM EILSEQ EOF ERANGE FALSE INFINITY NAN NULL TRUE assert errno offsetof setjmp stderr stdin stdout".split())
@@ -55,7 +59,7 @@ def check_member_names(checker, class_):
                 _check_name(checker, property_, name, reserved, class_)
         for key in _keys(property_):
             if key in taken:
-                checker.fail(property_.line, f"property '{property_.name}' makes a '{key[1]}', and so does {taken[key]}; "
+                checker.fail(property_.line, f"property '{property_.name}' makes '{key[1]}', and so does {taken[key]}; "
                              "rename one")
         _take(taken, property_, f"property '{property_.name}'")
     for operation in class_.operations:
@@ -65,10 +69,18 @@ def check_member_names(checker, class_):
                              "choose another")
         else:
             _check_name(checker, operation, operation.name, HANDLE | ELEMENT, class_)
+        for argument in operation.arguments:
+            if argument.name in ARGUMENTS or argument.name in _lineage(class_):
+                checker.fail(argument.line, f"the argument '{argument.name}' is called like a type that the class has in "
+                             "sight; choose another name")
         for scope in "handle", "element":
             if (scope, operation.name) in taken:
                 checker.fail(operation.line, f"operation '{operation.name}' is called like what "
                              f"{taken[scope, operation.name]} makes; rename one")
+
+
+def _lineage(class_):
+    return ([class_.name] + _lineage(class_.superclass)) if class_ else []
 
 
 def _keys(property_):
@@ -85,6 +97,6 @@ def _take(taken, property_, text):
 def _check_name(checker, member, name, reserved, class_):
     if name not in reserved and name != class_.name:
         return
-    made = "" if name == member.name else f" makes a '{name}', which"
+    made = "" if name == member.name else f" makes '{name}', which"
     whose = "the class's own name" if name == class_.name else "a name of the foundation's"
     checker.fail(member.line, f"'{member.name}'{made} is {whose}; choose another")

@@ -272,6 +272,7 @@ class Argument:
     name: str
     use: TypeUse
     uuid: str
+    line: int
     is_out: bool = False
 
     @property

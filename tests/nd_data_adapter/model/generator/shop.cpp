@@ -5,6 +5,7 @@
 
 #include "platform/text/Convert.h"
 #include "tests/nd_data_adapter/model/generator/hostile/Hostile.h"
+#include "tests/nd_data_adapter/model/generator/hostile/Value.h"
 
 namespace shop {
 
@@ -49,6 +50,26 @@ namespace hostile::std::lx::base {
   const bool known =
       element && value && property == ::hostile::std::lx::base::Flag::name && result.empty() && impl == 0;
   return known ? self + std : u"";
+}
+
+bool Hostile::Impl::typed(::std::int32_t Uuid, const Hostile& hostile, ::hostile::std::lx::base::Flag& flag,
+                          ::std::vector<Hostile>& create, ::std::u16string& lx) {
+  flag = ::hostile::std::lx::base::Flag::Flag;
+  create.assign(static_cast<::std::size_t>(Uuid), hostile);
+  lx = getLx() == ::hostile::std::lx::base::Flag::Texts ? u"texts" : u"others";
+  return true;
+}
+
+::std::u16string Hostile::Impl::toText() {
+  return u"hostile";
+}
+
+::std::u16string Hostile::Impl::getDerived() const {
+  return getValue() + u"'";
+}
+
+::std::u16string Value::Impl::toText() {
+  return u"value of " + Hostile::Impl::toText();
 }
 
 }  // namespace hostile::std::lx::base

@@ -46,8 +46,11 @@ def golden_names():
 
 sys.path.insert(0, str(GENERATOR.parent))
 
+import names  # noqa: E402
 from loading import ModelError  # noqa: E402
 from metamodel import Metamodel  # noqa: E402
+
+FOUNDATION = ROOT / "platform" / "foundation"
 
 
 class WithFolder(unittest.TestCase):
@@ -136,7 +139,7 @@ class WrongModels(WithFolder):
     """Models numbered by what is wrong with them; the first line says what the generator is to answer."""
 
     def test_are_refused_with_their_line_and_cure(self):
-        models = sorted((HERE / "wrong").glob("wrong_*.yaml"))
+        models = sorted((HERE / "wrong").glob("wrong_*.yaml"), key=lambda path: int(path.name.split("_")[1]))
         self.assertGreater(len(models), 50)
         for number, model in enumerate(models, 1):
             with self.subTest(model=model.name):
@@ -164,6 +167,48 @@ class WrongModels(WithFolder):
         done = generate(self.folder / "nowhere.yaml")
         self.assertEqual((done.returncode, done.stdout), (1, ""))
         self.assertRegex(done.stderr, r"\Agenerate\.py: .*No such file or directory: .*nowhere\.yaml'\n\Z")
+
+
+def members(header, head):
+    """Lists the names that a class declares: functions, nested types and constants, not what lies in bodies."""
+    text = (FOUNDATION / header).read_text(encoding="utf-8")
+    text = re.sub(r"//[^\n]*|\bfriend [^;{]*;|\btemplate <[^>]*>", "", text)
+    body, depth = [], 0
+    for each in text[text.index("{", text.index(head)):]:
+        depth -= each == "}"
+        if depth == 0 and each == "}":
+            break
+        if depth == 1:
+            body.append(each)
+        elif each == "}":
+            body.append(";")
+        depth += each == "{"
+    shown = re.sub(r"\([^()]*(\([^()]*\)[^()]*)*\)", "()", "".join(body))
+    found = set(re.findall(r"~?\b(\w+)\(\)", shown)) | set(re.findall(r"\b(?:class|struct|enum|using) (\w+)", shown))
+    found |= set(re.findall(r"constexpr unsigned (\w+)", shown))
+    own = re.search(r"(\w+)(?: :|$)", head.strip())[1]
+    return {name for name in found if not name.endswith("_")} - {own, "bool", "operator"}
+
+
+class ReservedNames(unittest.TestCase):
+    """What members can't be called follows what the foundation's own classes have."""
+
+    def test_of_handles_are_those_of_the_root_handle(self):
+        found = members("ModelElement.h", "class ND_PLATFORM_EXPORT ModelElement ")
+        self.assertIn("isAlive", found)
+        self.assertEqual(found - names.HANDLE, set(), "add these to names.HANDLE of the generator")
+
+    def test_of_elements_are_those_of_the_root_element(self):
+        found = members("ModelElement.h", "class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl")
+        found |= members("ElementImpl.h", "class ND_PLATFORM_EXPORT ElementImpl")
+        self.assertIn("notifyModifying", found)
+        self.assertEqual(found - names.ELEMENT, set(), "add these to names.ELEMENT of the generator")
+
+    def test_of_builders_are_those_of_the_root_builder(self):
+        found = members("Builder.h", "class ND_PLATFORM_EXPORT ModelElement::Builder")
+        self.assertIn("setOrAdd", found)
+        self.assertEqual({name for name in found if name.startswith("set")} - names.BUILDER, set(),
+                         "add these to names.BUILDER of the generator")
 
 
 class Content(WithFolder):
