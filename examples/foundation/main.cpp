@@ -3,8 +3,11 @@
 #include <iostream>
 #include <string>
 
+#include <boost/uuid/string_generator.hpp>
+
 #include "nd_data_adapter/nd_data_adapter.h"
 #include "platform/foundation/ChangeObserver.h"
+#include "platform/foundation/CreateElement.h"
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/Query.h"
 #include "platform/text/Convert.h"
@@ -169,6 +172,24 @@ void queriesFindElements() {
   // [/queries]
 }
 
+void proxiesStandForWhatIsNotLoaded() {
+  // [proxies]
+  const Model model = Model::create();
+  const DataContainer container = DataContainer::create(model);
+  const auto uuid = boost::uuids::string_generator()("0f40bd84-e4d9-3112-ba83-02023181b729");
+  const MetaDataEntry proxy = lx::base::createProxy<MetaDataEntry>(model, uuid);
+  container.getMetaDataCacheMutable().add(proxy);
+  std::cout << container.metaDataCache().size() << " loaded, " << container.metaDataCache().proxies().size()
+            << " not\n";
+
+  const MetaDataEntry entry = MetaDataEntry::create(model, uuid);  // the element comes
+  entry.setName(u"Gain");
+  container.getMetaDataCacheMutable().resolveProxy(proxy);
+  std::cout << "found: " << (container.metaDataCache().find(u"Gain") == entry)
+            << ", proxy alive: " << proxy.isAlive() << '\n';
+  // [/proxies]
+}
+
 }  // namespace
 
 int main() {
@@ -182,4 +203,5 @@ int main() {
   buildersMakeWholeTrees();
   reflectionKnowsEveryPropertyByName();
   queriesFindElements();
+  proxiesStandForWhatIsNotLoaded();
 }

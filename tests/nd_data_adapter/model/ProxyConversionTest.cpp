@@ -119,20 +119,36 @@ TEST(ConvertToProxy, TellsWhatTheValuesWereAndWhatWasDestroyed) {
   EXPECT_TRUE(recorder.take().empty());
 }
 
-TEST(ConvertToProxy, KeepsTheKeyByWhichACollectionHoldsTheElement) {
+TEST(ConvertToProxy, SetsAnElementOfAKeyedCollectionApartWithoutItsKey) {
   const Model model = Model::create();
-  const auto report = variantsOf(model, {u"a", u"b"});
+  const auto report = variantsOf(model, {u"a", u"b", u"c"});
   const auto held = report.variants().find(u"b");
-  held.impl()->convertToProxy();
-  EXPECT_EQ(held.name(), u"b");
-  EXPECT_EQ(held.previousValue(), u"");
+  const std::string before = stateOf(model);
+  {
+    const Transaction open = begin(model);
+    held.impl()->convertToProxy();
+    EXPECT_EQ(held.name(), u"");
+    EXPECT_FALSE(report.variants().find(u"b"));
+    EXPECT_EQ(report.variants().keys(), (Texts{u"a", u"c"}));
+    EXPECT_EQ(report.variants().size(), 2U);
+    EXPECT_THAT(report.variants().proxies(), ElementsAre(held));
+    EXPECT_TRUE(report.variants().contains(held));
+    EXPECT_EQ(held.container(), report);
+  }
+  EXPECT_EQ(stateOf(model), before);
   EXPECT_EQ(report.variants().find(u"b"), held);
-  EXPECT_EQ(report.variants().keys(), (Texts{u"a", u"b"}));
+  EXPECT_TRUE(report.variants().proxies().empty());
+}
 
-  const auto loose = ConditionControlChangeEntry::create(model);
-  loose.setName(u"c");
-  loose.impl()->convertToProxy();
-  EXPECT_EQ(loose.name(), u"");
+TEST(ConvertToProxy, FreesTheKeyForAnother) {
+  const Model model = Model::create();
+  const DataContainer container = containerOf(model, {u"m"});
+  const auto held = container.metaDataCache().first();
+  held.impl()->convertToProxy();
+  container.createIntoMetaDataCache(MetaDataEntry::Builder().setName(u"m"));
+  EXPECT_EQ(container.metaDataCache().size(), 1U);
+  EXPECT_NE(container.metaDataCache().find(u"m"), held);
+  EXPECT_TRUE(held.isAlive());
 }
 
 }  // namespace
