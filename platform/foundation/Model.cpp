@@ -39,7 +39,25 @@ Model& Model::operator=(Model&& other) noexcept {
 
 Model Model::create(const Constellation& constellation,
                     const std::shared_ptr<const WorkQueueFactory>& factory) {
-  return Model(new Impl(constellation, factory));
+  return Model(new Impl(constellation, factory, {}));
+}
+
+Model Model::createTransientModel() {
+  return Model(
+      new Impl({}, WorkQueueFactory::getDefault(), {.isTransient = true, .address = {}, .uuid = {}}));
+}
+
+Model Model::createRegistryModel(const std::u16string& address, const boost::uuids::uuid& uuid) {
+  return Model(
+      new Impl({}, WorkQueueFactory::getDefault(), {.isTransient = false, .address = address, .uuid = uuid}));
+}
+
+bool Model::isTransient() const noexcept {
+  return impl_ != nullptr && impl_->origin().isTransient;
+}
+
+std::u16string Model::address() const {
+  return impl_ == nullptr ? std::u16string() : impl_->origin().address;
 }
 
 bool Model::isAlive() const noexcept {

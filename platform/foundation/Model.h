@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include <boost/optional.hpp>
 #include <boost/uuid/uuid.hpp>
@@ -60,6 +61,14 @@ class ND_PLATFORM_EXPORT Model {
       const Constellation& constellation = {},
       const std::shared_ptr<const WorkQueueFactory>& factory = WorkQueueFactory::getDefault());
 
+  /// Make a new, empty model for the time of one task: what is in it is not meant to last. Like every model
+  /// it goes with its last handle.
+  static Model createTransientModel();
+
+  /// Make a new, empty model under an address, which is its name for people: nothing is looked up by it, and
+  /// two models may have one address. Its identity is the UUID given, also if that is the nil one.
+  static Model createRegistryModel(const std::u16string& address, const boost::uuids::uuid& uuid);
+
   /// Tell whether the handle is not null. It says nothing of life: `isAlive` does.
   explicit operator bool() const noexcept { return impl_ != nullptr; }
 
@@ -69,6 +78,12 @@ class ND_PLATFORM_EXPORT Model {
   /// Give the model's identity, random and made when first asked for. Raises `InvalidValue` for a null
   /// handle.
   boost::uuids::uuid identifier() const;
+
+  /// Tell whether the model was made for one task. False for a null handle.
+  bool isTransient() const noexcept;
+
+  /// Give the address of a registry model; empty for every other one and for a null handle.
+  std::u16string address() const;
 
   /// Destroy the model and all of its elements now, whoever holds a handle.
   ///

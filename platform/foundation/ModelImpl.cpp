@@ -18,8 +18,13 @@ detail::Level::Level() {
   created.level_ = this;
 }
 
-Model::Impl::Impl(const Constellation& constellation, std::shared_ptr<const WorkQueueFactory> factory)
-    : factory_(std::move(factory)), constellation_(constellation), uuid_{} {}
+Model::Impl::Impl(const Constellation& constellation, std::shared_ptr<const WorkQueueFactory> factory,
+                  Origin origin)
+    : factory_(std::move(factory)),
+      constellation_(constellation),
+      origin_(std::move(origin)),
+      uuid_(origin_.uuid.value_or(boost::uuids::uuid{})),
+      identifiedItself_(origin_.uuid.has_value()) {}
 
 Model::Impl::~Impl() = default;
 

@@ -26,7 +26,14 @@ class ND_PLATFORM_EXPORT Model::Impl {
     std::uint64_t notices = 0;       // change sets told to an observer
   };
 
-  Impl(const Constellation& constellation, std::shared_ptr<const WorkQueueFactory> factory);
+  /// What a model was made for.
+  struct Origin {
+    bool isTransient = false;
+    std::u16string address;
+    boost::optional<boost::uuids::uuid> uuid;  // a random one if there is none
+  };
+
+  Impl(const Constellation& constellation, std::shared_ptr<const WorkQueueFactory> factory, Origin origin);
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
   ~Impl();
@@ -38,6 +45,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
 
   bool isAlive() const noexcept { return alive_; }
   boost::uuids::uuid identifier();
+  const Origin& origin() const noexcept { return origin_; }
   void destroy();
 
   /// Open a transaction; true makes it quiet, so that observers hear nothing of it. A transaction within a
@@ -91,6 +99,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
       identified_;
   std::shared_ptr<const WorkQueueFactory> factory_;
   Constellation constellation_;
+  Origin origin_;
   boost::uuids::uuid uuid_;
   Counters counters_;
   std::uint64_t links_ = 0;         // made so far, to number them

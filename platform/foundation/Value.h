@@ -28,6 +28,7 @@ struct ValueOperations {
   void (*move)(void* to, void* from) noexcept;
   void (*destroy)(void* value) noexcept;
   bool (*equal)(const void* left, const void* right);
+  bool isUnmanaged;  // of two neighbours the second
 };
 
 /// Handles are carried as handles of the root class, so that any element is taken by asking for that one, and
@@ -129,6 +130,10 @@ class ND_PLATFORM_EXPORT Value {
 
   bool isEmpty() const noexcept { return operations_ == nullptr; }
 
+  /// Tell whether the content is a copy of its own, see `ValueMeta`. Copies of the value are as it is;
+  /// comparing makes no difference.
+  bool isUnmanaged() const noexcept { return operations_ != nullptr && operations_->isUnmanaged; }
+
   /// Tell whether the content is exactly of this type. A handle, and each of a list, is of the type if it is
   /// null or its element is of the class or a subclass.
   template <class T>
@@ -160,6 +165,8 @@ class ND_PLATFORM_EXPORT Value {
   }
 
  private:
+  friend class ValueMeta;
+
   static constexpr std::size_t Inline = sizeof(std::u16string);
 
   template <class T>
@@ -191,36 +198,41 @@ class ND_PLATFORM_EXPORT Value {
   void construct(A&& content) {
     static_assert(
         requires(const T& one) { static_cast<bool>(one == one); }, "a content must be comparable");
-    static constexpr detail::ValueOperations Operations{
-        typeid(T),
-        [](void* to, const void* from) {
-          if constexpr (FitsInline<T>)
-            ::new (to) T(*Value::content<T>(from));
-          else
-            ::new (to) T*(new T(*Value::content<T>(from)));
-        },
-        [](void* to, void* from) noexcept {
-          if constexpr (FitsInline<T>) {
-            ::new (to) T(std::move(*Value::content<T>(from)));
-            Value::content<T>(from)->~T();
-          } else {
-            ::new (to) T*(Value::content<T>(from));
-          }
-        },
-        [](void* value) noexcept {
-          if constexpr (FitsInline<T>)
-            Value::content<T>(value)->~T();
-          else
-            delete Value::content<T>(value);
-        },
-        [](const void* left, const void* right) {
-          return static_cast<bool>(*Value::content<T>(left) == *Value::content<T>(right));
-        }};
+    static constexpr detail::ValueOperations Operations[]{operationsOf<T>(false), operationsOf<T>(true)};
     if constexpr (FitsInline<T>)
       ::new (static_cast<void*>(storage_)) T(std::forward<A>(content));
     else
       ::new (static_cast<void*>(storage_)) T*(new T(std::forward<A>(content)));
-    operations_ = &Operations;
+    operations_ = Operations;
+  }
+
+  template <class T>
+  static constexpr detail::ValueOperations operationsOf(bool isUnmanaged) noexcept {
+    return {typeid(T),
+            [](void* to, const void* from) {
+              if constexpr (FitsInline<T>)
+                ::new (to) T(*Value::content<T>(from));
+              else
+                ::new (to) T*(new T(*Value::content<T>(from)));
+            },
+            [](void* to, void* from) noexcept {
+              if constexpr (FitsInline<T>) {
+                ::new (to) T(std::move(*Value::content<T>(from)));
+                Value::content<T>(from)->~T();
+              } else {
+                ::new (to) T*(Value::content<T>(from));
+              }
+            },
+            [](void* value) noexcept {
+              if constexpr (FitsInline<T>)
+                Value::content<T>(value)->~T();
+              else
+                delete Value::content<T>(value);
+            },
+            [](const void* left, const void* right) {
+              return static_cast<bool>(*Value::content<T>(left) == *Value::content<T>(right));
+            },
+            isUnmanaged};
   }
 
   void takeFrom(Value& other) noexcept {
@@ -236,6 +248,25 @@ class ND_PLATFORM_EXPORT Value {
 
   const detail::ValueOperations* operations_ = nullptr;
   alignas(void*) std::byte storage_[Inline];
+};
+
+/// Tells and says to whom the content of a value belongs. A value is managed unless told otherwise: what it
+/// lists is what a property of a model held when it was read. An unmanaged one is a copy of its own, put
+/// together outside of any model.
+class ValueMeta {
+ public:
+  explicit ValueMeta(Value& value) noexcept : value_(value) {}
+
+  bool isUnmanaged() const noexcept { return value_.isUnmanaged(); }
+
+  /// Mark the value. An empty one stays as it is, having nothing that could belong to anybody.
+  void setUnmanaged(bool isUnmanaged = true) noexcept {
+    if (value_.isEmpty() || value_.isUnmanaged() == isUnmanaged) return;
+    value_.operations_ += isUnmanaged ? 1 : -1;
+  }
+
+ private:
+  Value& value_;
 };
 
 }  // namespace lx::base

@@ -185,7 +185,7 @@ class Property(Member):
     @property
     def has_presence(self):
         """Whether it can be asked if the property has a value."""
-        return self.is_collection or self.is_reference or self.kind == "optional"
+        return self.is_collection or self.type.is_element or self.kind == "optional"
 
     @property
     def unusual_traits(self):

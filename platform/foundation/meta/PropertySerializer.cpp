@@ -12,6 +12,10 @@ namespace lx::base::meta {
 
 PropertySerializer::~PropertySerializer() = default;
 
+boost::optional<std::u16string> PropertySerializer::serializeOptionalValue(const Value&) const {
+  return boost::none;
+}
+
 namespace detail {
 
 namespace {
@@ -82,11 +86,13 @@ PropertySerializerRegistry& PropertySerializerRegistry::getInstance() {
 void PropertySerializerRegistry::registerPropertySerializer(
     const std::u16string& type, const std::u16string& format,
     std::shared_ptr<const PropertySerializer> serializer) {
+  const std::scoped_lock lock(mutex_);
   entries_[{type, format}] = std::move(serializer);
 }
 
 std::shared_ptr<const PropertySerializer> PropertySerializerRegistry::find(
     const std::u16string& type, const std::u16string& format) const {
+  const std::scoped_lock lock(mutex_);
   const auto found = entries_.find({type, format});
   return found == entries_.end() ? nullptr : found->second;
 }

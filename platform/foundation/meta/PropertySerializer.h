@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <string>
 #include <utility>
@@ -31,8 +32,9 @@ class ND_PLATFORM_EXPORT PropertySerializer {
   /// that has no text.
   virtual std::u16string serializeValue(const Value& value) const = 0;
 
-  /// Write a `boost::optional` of the type; none for an empty one.
-  virtual boost::optional<std::u16string> serializeOptionalValue(const Value& value) const = 0;
+  /// Write a `boost::optional` of the type; none for an empty one. A serializer that doesn't write such
+  /// values gives none for every one.
+  virtual boost::optional<std::u16string> serializeOptionalValue(const Value& value) const;
 
   /// Give the type's zero.
   virtual Value createDefaultValue() const = 0;
@@ -40,7 +42,9 @@ class ND_PLATFORM_EXPORT PropertySerializer {
   /// Give an empty `boost::optional` of the type.
   virtual Value createEmptyOptionalValue() const = 0;
 
-  /// Make one value of many: a `std::vector` or a `std::set` of the type.
+  /// Make one value of many, an unmanaged one: a `std::vector` or a `std::set` of the type, texts by code
+  /// unit. Raise `CannotCastIncompatibleTypes` for one of another type, `InvalidValue` for a set of a type
+  /// without order.
   virtual Value combineAsUnmanagedSequenceValue(const std::vector<Value>& values) const = 0;
   virtual Value combineAsUnmanagedSetValue(const std::vector<Value>& values) const = 0;
 
@@ -63,6 +67,13 @@ ND_PLATFORM_EXPORT void fromText(const std::u16string& text, bool& value);
 ND_PLATFORM_EXPORT void fromText(const std::u16string& text, std::int32_t& value);
 ND_PLATFORM_EXPORT void fromText(const std::u16string& text, boost::uuids::uuid& value);
 
+template <class T>
+Value unmanaged(T content) {
+  Value result(std::move(content));
+  ValueMeta(result).setUnmanaged();
+  return result;
+}
+
 [[noreturn]] ND_PLATFORM_EXPORT void raiseNoText(const char* operation);
 [[noreturn]] ND_PLATFORM_EXPORT void raiseNoOrder();
 
@@ -79,14 +90,14 @@ class SerializerBase : public PropertySerializer {
     std::vector<T> result;
     result.reserve(values.size());
     for (const Value& value : values) result.push_back(value.as<T>());
-    return Value(std::move(result));
+    return detail::unmanaged(std::move(result));
   }
 
   Value combineAsUnmanagedSetValue(const std::vector<Value>& values) const override {
     if constexpr (requires(const T& value) { value < value; }) {
       std::set<T> result;
       for (const Value& value : values) result.insert(value.as<T>());
-      return Value(std::move(result));
+      return detail::unmanaged(std::move(result));
     } else {
       detail::raiseNoOrder();
     }
@@ -138,7 +149,8 @@ class TransientOnlyPropertySerializer : public DefaultPropertySerializer<T> {
   bool isTransientOnly() const noexcept override { return true; }
 };
 
-/// Knows the serializers of all types, by the type's qualified name and the name of a format.
+/// Knows the serializers of all types, by the type's qualified name and the name of a format. Any thread may
+/// ask it.
 class ND_PLATFORM_EXPORT PropertySerializerRegistry {
  public:
   using Entries =
@@ -156,6 +168,7 @@ class ND_PLATFORM_EXPORT PropertySerializerRegistry {
 
  private:
   friend class MetaRegistry;
+  mutable std::mutex mutex_;
   Entries entries_;
 };
 
