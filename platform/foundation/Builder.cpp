@@ -113,7 +113,7 @@ ModelElement::BuilderWrapper::BuilderWrapper(std::shared_ptr<Builder> builder)
 namespace detail {
 
 void raiseContainsNothing(const meta::Property& property) {
-  report::invalidValue(property.getQualifiedName(), u"the property contains no elements; give a value.");
+  report::invalidValue(property.getQualifiedName(), u"the property takes no elements; give a value.");
 }
 
 void raiseForeignProperty(const ModelElement::Builder& builder, const meta::Property& property) {

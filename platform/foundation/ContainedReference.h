@@ -59,7 +59,7 @@ class ContainedReference : public detail::ContainedReferenceCore {
   using detail::ContainedReferenceCore::ContainedReferenceCore;
 
   /// Give the element; a null handle if there is none.
-  E get() const { return E(static_cast<typename E::Impl*>(target())); }
+  E get() const { return typed(target()); }
 
   /// Put an element here, or none for a null handle. The one that was here is destroyed in the same
   /// transaction. Raises what `ElementSequence` says of adding.
@@ -71,19 +71,16 @@ class ContainedReference : public detail::ContainedReferenceCore {
     set(element);
   }
 
-  /// Put the element that the given proxy, which is here, stands for into its place, and give it; the proxy
-  /// is destroyed, and what referred to it refers to the element. A null handle, with nothing changed, if the
-  /// model doesn't have the element or the proxy is not here.
-  E resolveProxy(const E& proxy) {
-    owner().checkWritable(index());
-    const E loaded = peekResolveProxy(proxy);
-    const ModelElement& any = loaded;
-    if (any) replaceProxy(*static_cast<const ModelElement&>(proxy).impl(), *any.impl());
-    return loaded;
+  /// What `ContainmentSlot` says of resolving, as elements of class E.
+  E resolveProxy(const E& proxy) { return typed(ContainmentSlot::resolveProxy(proxy).impl()); }
+  E peekResolveProxy(const E& proxy) const { return typed(ContainmentSlot::peekResolveProxy(proxy).impl()); }
+
+  bool accepts(const ModelElement::Impl& element) const noexcept override {
+    return detail::isOfClass<E>(element);
   }
 
-  /// Give what `resolveProxy` would, and change nothing.
-  E peekResolveProxy(const E& proxy) const { return loadedFor<E>(proxy); }
+ private:
+  static E typed(ModelElement::Impl* element) { return E(static_cast<typename E::Impl*>(element)); }
 };
 
 }  // namespace lx::base

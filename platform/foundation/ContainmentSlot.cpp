@@ -8,6 +8,8 @@
 
 namespace lx::base {
 
+AbstractOwnedCollection::~AbstractOwnedCollection() = default;
+
 meta::Property AbstractOwnedCollection::getCollectionProperty() const {
   return owner_->getPropertyByIndex(index_);
 }
@@ -46,18 +48,27 @@ void ContainmentSlot::checkReplacement(const std::vector<ModelElement>& elements
   }
 }
 
-void ContainmentSlot::replaceProxy(ModelElement::Impl& proxy, ModelElement::Impl& element) {
-  checkAddable(&element);
-  const ModelElement keepProxy(&proxy), keepElement(&element);
-  Transaction transaction = owner().modelImpl()->beginTransaction(false);
-  resolveReferences(proxy, element);
-  putInPlaceOf(proxy, element);
-  if (holds(keepProxy)) proxy.destroy();
-  transaction.commit();
+void ContainmentSlot::checkInsertable(const ModelElement::Impl* child) const {
+  checkAddable(child);
 }
 
-ModelElement ContainmentSlot::findLoaded(const ModelElement& proxy) const {
-  return owner().isAlive() && holds(proxy) ? loadedElement(proxy) : ModelElement();
+ModelElement ContainmentSlot::resolveProxy(const ModelElement& proxy) {
+  owner().checkWritable(index());
+  const ModelElement keep(proxy), loaded = peekResolveProxy(proxy);
+  if (!loaded) return loaded;
+  checkInsertable(loaded.impl());
+  Transaction transaction = owner().modelImpl()->beginTransaction(false);
+  resolveReferences(*keep.impl(), *loaded.impl());
+  putInPlaceOf(*keep.impl(), *loaded.impl());
+  if (holds(keep)) keep.destroy();
+  transaction.commit();
+  return loaded;
+}
+
+ModelElement ContainmentSlot::peekResolveProxy(const ModelElement& proxy) const {
+  if (!owner().isAlive() || !holds(proxy)) return {};
+  const ModelElement loaded = loadedElement(proxy);
+  return loaded && accepts(*loaded.impl()) ? loaded : ModelElement();
 }
 
 ContainmentSlot::~ContainmentSlot() = default;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,7 @@ class ND_PLATFORM_EXPORT AbstractOwnedCollection {
 
   AbstractOwnedCollection(const AbstractOwnedCollection&) = delete;
   AbstractOwnedCollection& operator=(const AbstractOwnedCollection&) = delete;
+  virtual ~AbstractOwnedCollection();
 
   ModelElement::Impl& owner() const noexcept { return *owner_; }
   unsigned index() const noexcept { return index_; }
@@ -35,7 +37,6 @@ class ND_PLATFORM_EXPORT AbstractOwnedCollection {
  protected:
   AbstractOwnedCollection(ModelElement::Impl& owner, unsigned index) noexcept
       : owner_(&owner), index_(index) {}
-  ~AbstractOwnedCollection() = default;
 
   void changed() noexcept { ++stamp_; }
 
@@ -62,6 +63,15 @@ class AbstractOwnedCollection::Operation {
 
 namespace detail {
 
+/// Tell whether an element is of the class E or of a subclass.
+template <class E>
+bool isOfClass([[maybe_unused]] const ModelElement::Impl& element) noexcept {
+  if constexpr (std::is_same_v<typename E::Impl, ModelElement::Impl>)
+    return true;
+  else
+    return dynamic_cast<const typename E::Impl*>(&element) != nullptr;
+}
+
 /// A property of an element that contains other elements: where a contained element hangs.
 class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
  public:
@@ -69,7 +79,7 @@ class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
       : AbstractOwnedCollection(owner, index) {
     owner.flags_ |= ModelElement::Impl::Composite;
   }
-  virtual ~ContainmentSlot();
+  ~ContainmentSlot() override;
 
   /// Called when a child is to become a proxy, within its transaction.
   virtual void setApart(ModelElement::Impl& child);
@@ -87,6 +97,18 @@ class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
 
   static constexpr bool isComposite() noexcept { return true; }
 
+  /// Tell whether the element is of a class that the property takes.
+  virtual bool accepts(const ModelElement::Impl& element) const noexcept = 0;
+
+  /// Put the element that a proxy held here stands for into the proxy's place, and give it; the proxy is
+  /// destroyed, and what referred to it refers to the element, as far as that is of the class. A null handle,
+  /// with nothing changed, if the model doesn't have the element, or the proxy is not here. Raises what
+  /// adding raises.
+  ModelElement resolveProxy(const ModelElement& proxy);
+
+  /// Give what `resolveProxy` would, and change nothing.
+  ModelElement peekResolveProxy(const ModelElement& proxy) const;
+
   /// Raise unless the child is of the model of the owner.
   void checkCompatibleModel(const ModelElement::Impl& child) const;
 
@@ -98,19 +120,11 @@ class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
   /// Raise unless the child can go into this slot: it is there, of this model, and doesn't contain the owner.
   void checkAddable(const ModelElement::Impl* child) const;
 
-  /// Put an element into the place of a proxy that is held here, which is destroyed, in one transaction. What
-  /// refers to the proxy refers to the element from then on, if that is of the class.
-  void replaceProxy(ModelElement::Impl& proxy, ModelElement::Impl& element);
+  /// Raise what adding the child raises.
+  virtual void checkInsertable(const ModelElement::Impl* child) const;
 
   /// Put an element where a proxy stands; the proxy may stay beside it.
   virtual void putInPlaceOf(ModelElement::Impl& proxy, ModelElement::Impl& element) = 0;
-
-  /// Give the loaded element of class E that a proxy stands for; a null handle if there is none or the proxy
-  /// isn't held here.
-  template <class E>
-  E loadedFor(const ModelElement& proxy) const {
-    return E(dynamic_cast<typename E::Impl*>(findLoaded(proxy).impl()));
-  }
 
   /// Run an insertion of the child, which is taken out of its former container in the same transaction.
   template <class Insertion>
@@ -121,9 +135,6 @@ class ND_PLATFORM_EXPORT ContainmentSlot : public AbstractOwnedCollection {
     insert();
     transaction.commit();
   }
-
- private:
-  ModelElement findLoaded(const ModelElement& proxy) const;
 };
 
 /// The steps of a collection that a rollback takes back: a stack, the latest on top. `Change` has a member

@@ -115,12 +115,6 @@ class KeyedCollectionCore : public ContainmentSlot {
                        [&](const ModelElement::Impl* proxy) { return isProxyTo(*proxy, uuid); });
   }
 
-  /// Raise what adding the element raises, which goes under a key of its own unless it is a proxy.
-  void checkInsertable(const ModelElement::Impl* child) const {
-    checkAddable(child);
-    if (child->containmentSlot() != this && !child->isProxy()) checkFree(keyOf_(*child));
-  }
-
   /// Raise `UniquenessConstraint` if the key stands for an element already and must stand for one only.
   void checkFree(const K& key) const {
     if (!isUnique_ || nodes_.find(key, nodes_.key_comp()) == nodes_.end()) return;
@@ -222,9 +216,8 @@ class KeyedCollectionCore : public ContainmentSlot {
   bool isUnchangedSince(const Old& old) const {
     const auto delta = [](const Change& change) {
       using Kind = typename Change::Kind;
-      const bool isIn = change.kind == Kind::Inserted || change.kind == Kind::ProxyAdded;
-      const bool isOut = change.kind == Kind::Erased || change.kind == Kind::ProxyTaken;
-      return std::pair<const ModelElement::Impl*, int>(change.element.impl(), isIn ? 1 : isOut ? -1 : 0);
+      const int sum = change.kind == Kind::Inserted ? 1 : change.kind == Kind::Erased ? -1 : 0;
+      return std::pair<const ModelElement::Impl*, int>(change.element.impl(), sum);
     };
     return membershipIsUnchanged(static_cast<const Change*>(journal_.top()), old.top(), delta) &&
            elementsAt(old.top()) == elementsAt(journal_.top());
@@ -248,6 +241,12 @@ class KeyedCollectionCore : public ContainmentSlot {
   }
 
  protected:
+  /// Raise what adding the child raises, which goes under its key unless it is a proxy.
+  void checkInsertable(const ModelElement::Impl* child) const override {
+    checkAddable(child);
+    if (child->containmentSlot() != this && !child->isProxy()) checkFree(keyOf_(*child));
+  }
+
   void putInPlaceOf(ModelElement::Impl&, ModelElement::Impl& element) override { insertElement(&element); }
 
  private:
@@ -397,26 +396,18 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
   std::vector<E> proxies() const {
     std::vector<E> result;
     for (const ModelElement& each : this->proxyElements()) {
-      result.emplace_back(static_cast<typename E::Impl*>(each.impl()));
+      result.push_back(typed(each.impl()));
     }
     return result;
   }
 
-  /// Put the element that a proxy of the collection stands for under its own key, and give it; the proxy is
-  /// destroyed, and what referred to it refers to the element. A null handle, with nothing changed, if the
-  /// model doesn't have the element, or the collection not the proxy. Raises what adding raises.
-  E resolveProxy(const E& proxy) {
-    this->owner().checkWritable(this->index());
-    const E loaded = peekResolveProxy(proxy);
-    const ModelElement& any = loaded;
-    if (!any) return loaded;
-    this->checkInsertable(any.impl());
-    this->replaceProxy(*static_cast<const ModelElement&>(proxy).impl(), *any.impl());
-    return loaded;
-  }
+  /// What `ContainmentSlot` says of resolving, as elements of class E. The element goes under its own key.
+  E resolveProxy(const E& proxy) { return typed(Slot::resolveProxy(proxy).impl()); }
+  E peekResolveProxy(const E& proxy) const { return typed(Slot::peekResolveProxy(proxy).impl()); }
 
-  /// Give what `resolveProxy` would, and change nothing.
-  E peekResolveProxy(const E& proxy) const { return this->template loadedFor<E>(proxy); }
+  bool accepts(const ModelElement::Impl& element) const noexcept override {
+    return detail::isOfClass<E>(element);
+  }
 
   /// List all elements under a key, in the order of their adding.
   std::vector<E> findAll(const K& key) const {
@@ -454,9 +445,12 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
   iterator begin() const { return iterator(*this, this->firstNode()); }
   iterator end() const { return iterator(*this, nullptr); }
 
-  E atPosition(const typename Core::Node* node) const {
-    return node == nullptr ? E() : E(static_cast<typename E::Impl*>(node->element));
-  }
+  E atPosition(const typename Core::Node* node) const { return node == nullptr ? E() : typed(node->element); }
+
+ private:
+  using Slot = detail::ContainmentSlot;
+
+  static E typed(ModelElement::Impl* element) { return E(static_cast<typename E::Impl*>(element)); }
 };
 
 /// Keyed, one element a key.

@@ -106,25 +106,22 @@ class ElementSequence : public detail::ElementSequenceCore {
 
   bool contains(const E& element) const noexcept { return holds(element); }
 
-  /// Put the element that a proxy of the collection stands for into the proxy's position, and give it; the
-  /// proxy is destroyed, and what referred to it refers to the element. A null handle, with nothing changed,
-  /// if the model doesn't have the element, or the collection not the proxy.
-  E resolveProxy(const E& proxy) {
-    owner().checkWritable(index());
-    const E loaded = peekResolveProxy(proxy);
-    const ModelElement& any = loaded;
-    if (any) replaceProxy(*static_cast<const ModelElement&>(proxy).impl(), *any.impl());
-    return loaded;
-  }
+  /// What `ContainmentSlot` says of resolving, as elements of class E.
+  E resolveProxy(const E& proxy) { return typed(ContainmentSlot::resolveProxy(proxy).impl()); }
+  E peekResolveProxy(const E& proxy) const { return typed(ContainmentSlot::peekResolveProxy(proxy).impl()); }
 
-  /// Give what `resolveProxy` would, and change nothing.
-  E peekResolveProxy(const E& proxy) const { return loadedFor<E>(proxy); }
+  bool accepts(const ModelElement::Impl& element) const noexcept override {
+    return detail::isOfClass<E>(element);
+  }
 
   iterator begin() const { return iterator(*this, 0); }
   iterator end() const { return iterator(*this, size()); }
 
-  E atPosition(std::size_t position) const { return E(static_cast<typename E::Impl*>(elements()[position])); }
+  E atPosition(std::size_t position) const { return typed(elements()[position]); }
   std::size_t nextPosition(std::size_t position) const noexcept { return position + 1; }
+
+ private:
+  static E typed(ModelElement::Impl* element) { return E(static_cast<typename E::Impl*>(element)); }
 };
 
 }  // namespace lx::base

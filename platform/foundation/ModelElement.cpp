@@ -80,7 +80,8 @@ meta::Class ModelElement::Impl::getMetaClass() const {
 }
 
 void ModelElement::Impl::removeRef() const noexcept {
-  if (--references_ == 0) delete this;
+  if (isPinned() || --references_ != 0) return;
+  delete this;
 }
 
 void ModelElement::Impl::invalidate() noexcept {
@@ -176,6 +177,16 @@ void ModelElement::Impl::becomeProxy() {
   notifyModifying(LifeIndex);
   copyStateFromStorage(*zeros);
   flags_ |= Proxy;
+}
+
+ModelElement ModelElement::Impl::resolve() {
+  checkAlive("ModelElement.resolve");
+  const ModelElement keep(this), loaded = detail::loadedElement(keep);
+  if (!loaded) return loaded;
+  Transaction transaction = model_->beginTransaction(false);
+  if (slot_ == nullptr || !slot_->resolveProxy(keep)) detail::resolveReferences(*this, *loaded.impl());
+  transaction.commit();
+  return loaded;
 }
 
 std::unique_ptr<ModelElement::Impl::Changes> ModelElement::Impl::createChanges(const Storage& storage) const {

@@ -245,6 +245,12 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   /// Make this element the container of the child, in the slot of one of its properties.
   void _setContainedByThis(Impl& child, detail::ContainmentSlot& slot);
 
+  /// Let the element that this proxy stands for take its place: in its container, where the proxy is
+  /// destroyed, and in all that refers to it and takes the element's class. Gives the element; a null handle,
+  /// with nothing changed, if the model doesn't have it or this is no proxy. Raises what adding to the
+  /// container raises.
+  ModelElement resolve();
+
   /// Note at the target of a link that a field of this element refers to it.
   void _inverseAddThis(detail::Link& link) noexcept;
 

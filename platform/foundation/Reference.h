@@ -87,11 +87,8 @@ class Reference final : public detail::ReferenceCore {
     return E(dynamic_cast<typename E::Impl*>(loaded.impl()));
   }
 
-  bool accepts([[maybe_unused]] const ModelElement::Impl& element) const noexcept override {
-    if constexpr (std::is_same_v<E, ModelElement>)
-      return true;
-    else
-      return dynamic_cast<const typename E::Impl*>(&element) != nullptr;
+  bool accepts(const ModelElement::Impl& element) const noexcept override {
+    return detail::isOfClass<E>(element);
   }
 };
 

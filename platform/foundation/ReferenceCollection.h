@@ -204,11 +204,8 @@ class TypedReferences : public ReferenceCollectionCore {
   E atPosition(std::size_t position) const { return typed(targetAt(position)); }
   std::size_t nextPosition(std::size_t position) const noexcept { return position + 1; }
 
-  bool accepts([[maybe_unused]] const ModelElement::Impl& element) const noexcept override {
-    if constexpr (std::is_same_v<E, ModelElement>)
-      return true;
-    else
-      return dynamic_cast<const typename E::Impl*>(&element) != nullptr;
+  bool accepts(const ModelElement::Impl& element) const noexcept override {
+    return isOfClass<E>(element);
   }
 
  protected:

@@ -25,7 +25,7 @@ struct Link {
 /// element of another model only keeps its memory.
 class ND_PLATFORM_EXPORT ReferringField : public AbstractOwnedCollection {
  public:
-  virtual ~ReferringField();
+  ~ReferringField() override;
 
   /// Tell whether the element is of a class that the property takes.
   virtual bool accepts(const ModelElement::Impl& element) const noexcept = 0;

@@ -119,6 +119,30 @@ TEST(ConvertToProxy, TellsWhatTheValuesWereAndWhatWasDestroyed) {
   EXPECT_TRUE(recorder.take().empty());
 }
 
+TEST(ConvertToProxy, DropsTheKeyByWhichACollectionHeldTheElement) {
+  const Model model = Model::create();
+  const auto report = variantsOf(model, {u"a", u"b"});
+  const auto held = report.variants().find(u"b");
+  Recorder recorder(model);
+  recorder.call(report, "report");
+  recorder.call(report.variants().find(u"a"), "a");
+  recorder.call(held, "held");
+  held.impl()->convertToProxy();
+  EXPECT_EQ(held.name(), u"");
+  EXPECT_EQ(held.previousValue(), u"");
+  EXPECT_FALSE(report.variants().find(u"b"));
+  EXPECT_EQ(report.variants().keys(), Texts{u"a"});
+  EXPECT_THAT(report.variants().proxies(), ElementsAre(held));
+  EXPECT_EQ(held.container(), report);
+  EXPECT_THAT(recorder.take(), ElementsAre("report.Variants was [a held] held.name was \"b\" "
+                                           "held.previousValue was \"1\""));
+
+  const auto loose = ConditionControlChangeEntry::create(model);
+  loose.setName(u"c");
+  loose.impl()->convertToProxy();
+  EXPECT_EQ(loose.name(), u"");
+}
+
 TEST(ConvertToProxy, SetsAnElementOfAKeyedCollectionApartWithoutItsKey) {
   const Model model = Model::create();
   const auto report = variantsOf(model, {u"a", u"b", u"c"});

@@ -45,9 +45,15 @@ std::vector<Id> ids(const Pairing& pairing, const auto& elements) {
   return result;
 }
 
-/// Compare a keyed collection, walked over and asked for keys, with the children that it should have.
+/// Compare a keyed collection, walked over and asked for keys, with what its property should hold.
 std::string differenceOfKeyed(const Pairing& pairing, const Twin& twin, const auto& collection,
-                              const std::vector<Id>& children) {
+                              const Twin::Element& element, unsigned index) {
+  const std::vector<Id>& children = element.children(index);
+  const auto apart = element.proxies.find(index);
+  const std::vector<Id> proxies = apart == element.proxies.end() ? std::vector<Id>() : apart->second;
+  if (ids(pairing, collection.proxies()) != proxies) {
+    return "its proxies are " + written(ids(pairing, collection.proxies()));
+  }
   if (ids(pairing, collection) != children) return "its walk is " + written(ids(pairing, collection));
   if (collection.size() != children.size() || collection.empty() != children.empty()) return "its size";
   std::vector<std::u16string> keys;
@@ -102,10 +108,13 @@ Content Pairing::contentOf(const Value& value) const {
 }
 
 Id Pairing::bearerOf(const boost::uuids::uuid& uuid, const Twin& twin) const {
+  Id bearer = 0;
   for (const auto& [id, borne] : identities_) {
-    if (borne == uuid && twin.contains(id)) return id;
+    if (borne != uuid || !twin.contains(id)) continue;
+    if (!twin.at(id).isProxy) return id;
+    bearer = id;
   }
-  return 0;
+  return bearer;
 }
 
 std::string Pairing::difference(const Model& model, const Twin& twin) const {
@@ -151,7 +160,11 @@ std::string Pairing::closeDifference(const Model& model, const Twin& twin) const
   if (ids(*this, model.impl()->roots()) != roots) return "the roots";
   for (const auto& [id, uuid] : identities_) {
     if ((*this)[id].identifier() != uuid) return nameOf(id) + " has another identity";
-    if (idOf(model.impl()->findElement(uuid)) != bearerOf(uuid, twin)) {
+    // Of several proxies any may be found.
+    const Id bearer = bearerOf(uuid, twin), found = idOf(model.impl()->findElement(uuid));
+    const bool isProxyToo =
+        bearer != 0 && found > 0 && twin.at(bearer).isProxy && twin.contains(found) && twin.at(found).isProxy;
+    if (found != bearer && (!isProxyToo || (*this)[found].identifier() != uuid)) {
       return "the identity of " + nameOf(id) + " finds " + nameOf(idOf(model.impl()->findElement(uuid)));
     }
   }
@@ -187,16 +200,14 @@ std::string Pairing::differenceOfCollections(Id id, const Twin& twin) const {
       return as<ChangeReport>(handle).hasChanges() == children.empty() ? "whether it has changes" : "";
     }
     case Kind::Variants:
-      return differenceOfKeyed(*this, twin, as<ConditionControlChangeReport>(handle).variants(),
-                               element.children(1));
+      return differenceOfKeyed(*this, twin, as<ConditionControlChangeReport>(handle).variants(), element, 1);
     case Kind::Container:
       if (as<DataContainer>(handle).conditionControls().values() != std::get<Texts>(element.value(3))) {
         return "its texts";
       }
-      return differenceOfKeyed(*this, twin, as<DataContainer>(handle).metaDataCache(), element.children(5));
+      return differenceOfKeyed(*this, twin, as<DataContainer>(handle).metaDataCache(), element, 5);
     case Kind::Cache:
-      return differenceOfKeyed(*this, twin, as<AdapterCacheV2>(handle).impl()->getCPPCache(),
-                               element.children(1));
+      return differenceOfKeyed(*this, twin, as<AdapterCacheV2>(handle).impl()->getCPPCache(), element, 1);
     case Kind::Metadata:
       return as<MetaDataEntry>(handle).hasValue() == element.children(2).empty() ? "whether it has a value"
                                                                                  : "";

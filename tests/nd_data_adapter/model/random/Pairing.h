@@ -41,7 +41,7 @@ class Pairing {
   void identify(Id id, const boost::uuids::uuid& uuid) { identities_[id] = uuid; }
   const std::map<Id, boost::uuids::uuid>& identities() const noexcept { return identities_; }
 
-  /// Give the living element that bears an identity; 0 if there is none.
+  /// Give the living element that bears an identity, a proxy only if no other does; 0 if there is none.
   Id bearerOf(const boost::uuids::uuid& uuid, const Twin& twin) const;
 
   /// Say in which respect a model differs from the twin; empty for none. Looks at the elements that exist,

@@ -59,7 +59,7 @@ void Walk::step() {
       {2, &Walk::clear},     {2, &Walk::remove},
       {2, &Walk::replace},   {4, &Walk::changeTexts},
       {7, &Walk::destroy},   {2, &Walk::askIdentity},
-      {1, &Walk::makeProxy},
+      {2, &Walk::makeProxy}, {2, &Walk::resolve},
   };
   static const unsigned weights = std::accumulate(
       std::begin(ways), std::end(ways), 0U, [](unsigned sum, const Way& each) { return sum + each.weight; });
@@ -122,22 +122,22 @@ Walk::Slot Walk::drawCollection() {
 
 // Elements that come and go
 
-ModelElement Walk::make(Kind kind) {
+ModelElement Walk::make(Kind kind, const boost::uuids::uuid& uuid) {
   switch (kind) {
     case Kind::Tuple:
-      return ChangeTuple::create(model_);
+      return ChangeTuple::create(model_, uuid);
     case Kind::Report:
       return ChangeReport::create(model_);
     case Kind::Entry:
-      return ConditionControlChangeEntry::create(model_);
+      return ConditionControlChangeEntry::create(model_, uuid);
     case Kind::Variants:
       return ConditionControlChangeReport::create(model_);
     case Kind::Metadata:
-      return MetaDataEntry::create(model_);
+      return MetaDataEntry::create(model_, uuid);
     case Kind::Container:
       return DataContainer::create(model_);
     case Kind::Held:
-      return CPPAdapterV2Entry::create(model_);
+      return CPPAdapterV2Entry::create(model_, uuid);
     // A cache lets go of its adapters for good when it is about to be destroyed; the probe leaves that out.
     case Kind::Cache:
       return createProbe<AdapterCacheV2>(model_, nullptr);
@@ -167,6 +167,8 @@ void Walk::create() {
 }
 
 void Walk::createWithIdentity() {
+  constexpr Kind kinds[]{Kind::Tuple, Kind::Entry, Kind::Metadata, Kind::Held};
+  const Kind kind = kinds[below(std::size(kinds))];
   const Id id = pairing_.next();
   boost::uuids::uuid uuid{};
   const auto& known = pairing_.identities();
@@ -176,10 +178,11 @@ void Walk::createWithIdentity() {
     for (auto& byte : uuid) byte = static_cast<std::uint8_t>(1 + below(255));
   }
   const Id bearer = pairing_.bearerOf(uuid, twin_);
-  note("create #", id, ", a tuple, with the identity of #", bearer);
-  if (bearer == 0) twin_.create(id, Kind::Tuple);
-  perform(bearer == 0 ? Outcome::Done : Outcome::CannotAddSecondObject, [&] {
-    pairing_.add(ChangeTuple::create(model_, uuid), Kind::Tuple);
+  note("create #", id, ", a ", nameOf(kind), ", with the identity of #", bearer);
+  const bool isFree = bearer == 0 || twin_.at(bearer).isProxy;
+  if (isFree) twin_.create(id, kind);
+  perform(isFree ? Outcome::Done : Outcome::CannotAddSecondObject, [&] {
+    pairing_.add(make(kind, uuid), kind);
     pairing_.identify(id, uuid);
   });
 }
@@ -194,6 +197,32 @@ void Walk::makeProxy() {
   const Id id = draw();
   note("make a proxy of #", id);
   perform(twin_.makeProxy(id), [&] { pairing_[id].impl()->convertToProxy(); });
+}
+
+/// Resolve a proxy, perhaps one that can't be: the collection holds another, or there is no element for it.
+void Walk::resolve() {
+  const Slot slot = drawCollection();
+  const Id proxy = drawOf(slot.child);
+  const bool isProxyHere = twin_.contains(proxy) && twin_.at(proxy).isProxy &&
+                           twin_.at(proxy).container == slot.owner && twin_.contains(slot.owner);
+  const auto identity = pairing_.identities().find(proxy);
+  Id element = 0;
+  if (isProxyHere && identity != pairing_.identities().end()) {
+    const Id bearer = pairing_.bearerOf(identity->second, twin_);
+    if (!twin_.at(bearer).isProxy && twin_.at(bearer).kind == slot.child) element = bearer;
+  }
+  note("resolve #", proxy, " in #", slot.owner, " by #", element);
+  Outcome expected = twin_.writable(slot.owner);
+  if (expected == Outcome::Done && element != 0) {
+    expected = twin_.resolve(slot.owner, slot.index, proxy, element);
+  }
+  change(slot.owner, expected, [&] {
+    withCollection(pairing_[slot.owner], pairing_.kindOf(slot.owner), [&](auto& collection) {
+      using E = ElementOf<decltype(collection)>;
+      if (pairing_.idOf(collection.resolveProxy(as<E>(pairing_[proxy]))) != element)
+        throw Mismatch("resolved by another element");
+    });
+  });
 }
 
 void Walk::askIdentity() {

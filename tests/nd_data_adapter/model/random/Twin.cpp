@@ -74,7 +74,7 @@ std::string written(const Content& content) {
 }
 
 void Twin::create(Id id, Kind kind) {
-  Element element{kind, false, 0, 0, {}};
+  Element element{kind, false, 0, 0, {}, {}};
   for (const PropertyOfKind& each : propertiesOf(kind)) element.values.push_back(each.zero);
   elements_.emplace(id, std::move(element));
 }
@@ -110,10 +110,14 @@ Outcome Twin::insert(Id owner, unsigned index, std::size_t position, Id child) {
   const PropertyOfKind& where = property(owner, index);
   if (where.form == Form::Sequence) {
     if (position > at(owner).children(index).size()) return Outcome::InvalidValue;
-  } else if (isTaken(owner, index, element.value(where.key))) {
+  } else if (!element.isProxy && isTaken(owner, index, element.value(where.key))) {
     return Outcome::UniquenessConstraint;
   }
   takeOut(child);
+  if (where.key != 0 && element.isProxy) {
+    setApart(owner, index, child);
+    return Outcome::Done;
+  }
   hang(owner, index, where.form == Form::Sequence ? position : placeOf(owner, index, child), child);
   return Outcome::Done;
 }
@@ -133,8 +137,7 @@ Outcome Twin::put(Id owner, unsigned index, Id child) {
 
 Outcome Twin::clear(Id owner, unsigned index) {
   if (const Outcome refusal = writable(owner); refusal != Outcome::Done) return refusal;
-  const std::vector<Id> former = at(owner).children(index);
-  for (const Id each : former) erase(each);
+  eraseChildren(owner, index);
   return Outcome::Done;
 }
 
@@ -162,20 +165,42 @@ Outcome Twin::makeProxy(Id id) {
   if (!contains(id)) return Outcome::InvalidValue;
   if (at(id).isProxy) return Outcome::Done;
   const std::vector<PropertyOfKind>& properties = propertiesOf(at(id).kind);
-  const unsigned key = at(id).container == 0 ? 0 : property(at(id).container, at(id).slot).key;
   for (unsigned index = 1; index <= properties.size(); ++index) {
     if (properties[index - 1].zero == None)
       clear(id, index);
-    else if (index != key)
+    else
       elements_.at(id).values[index - 1] = properties[index - 1].zero;
   }
   elements_.at(id).isProxy = true;
+  const Id container = at(id).container;
+  const unsigned slot = at(id).slot;
+  if (container != 0 && property(container, slot).key != 0) {
+    takeOut(id);
+    setApart(container, slot, id);
+  }
+  return Outcome::Done;
+}
+
+Outcome Twin::resolve(Id owner, unsigned index, Id proxy, Id element) {
+  if (const Outcome refusal = addable(owner, element); refusal != Outcome::Done) return refusal;
+  const bool isHere = at(element).container == owner && at(element).slot == index;
+  if (property(owner, index).form != Form::Sequence) {
+    if (!isHere) {
+      if (const Outcome refusal = insert(owner, index, 0, element); refusal != Outcome::Done) return refusal;
+    }
+  } else {
+    takeOut(element);
+    const std::vector<Id>& children = at(owner).children(index);
+    const auto place = std::find(children.begin(), children.end(), proxy) - children.begin();
+    hang(owner, index, static_cast<std::size_t>(place), element);
+  }
+  erase(proxy);
   return Outcome::Done;
 }
 
 Outcome Twin::addable(Id owner, Id child) const {
   if (const Outcome refusal = writable(owner); refusal != Outcome::Done) return refusal;
-  if (!contains(child) || at(child).isProxy) return Outcome::CannotAddNonExistentObject;
+  if (!contains(child)) return Outcome::CannotAddNonExistentObject;
   for (Id ancestor = owner; ancestor != 0; ancestor = at(ancestor).container) {
     if (ancestor == child) return Outcome::InvalidValue;
   }
@@ -210,6 +235,9 @@ void Twin::takeOut(Id child) {
   Element& element = elements_.at(child);
   if (element.container == 0) return;
   std::erase(childrenOf(element.container, element.slot), child);
+  auto& proxies = elements_.at(element.container).proxies;
+  std::erase(proxies[element.slot], child);
+  if (proxies[element.slot].empty()) proxies.erase(element.slot);
   element.container = 0;
   element.slot = 0;
 }
@@ -221,15 +249,27 @@ void Twin::hang(Id owner, unsigned index, std::size_t position, Id child) {
   elements_.at(child).slot = index;
 }
 
+/// Hang a proxy where its element would have a key.
+void Twin::setApart(Id owner, unsigned index, Id proxy) {
+  elements_.at(owner).proxies[index].push_back(proxy);
+  elements_.at(proxy).container = owner;
+  elements_.at(proxy).slot = index;
+}
+
 void Twin::erase(Id id) {
   takeOut(id);
-  const std::vector<Content> values = at(id).values;
-  for (const Content& value : values) {
-    const auto* const children = std::get_if<std::vector<Id>>(&value);
-    if (children == nullptr) continue;
-    for (const Id child : *children) erase(child);
+  for (unsigned index = 1; index <= at(id).values.size(); ++index) {
+    if (std::holds_alternative<std::vector<Id>>(at(id).value(index))) eraseChildren(id, index);
   }
   elements_.erase(id);
+}
+
+void Twin::eraseChildren(Id owner, unsigned index) {
+  std::vector<Id> all = at(owner).children(index);
+  const auto proxies = at(owner).proxies.find(index);
+  if (proxies != at(owner).proxies.end())
+    all.insert(all.end(), proxies->second.begin(), proxies->second.end());
+  for (const Id each : all) erase(each);
 }
 
 }  // namespace random_walk

@@ -51,8 +51,9 @@ class Twin {
     Kind kind;
     bool isProxy = false;
     Id container = 0;
-    unsigned slot = 0;            // the container's property
-    std::vector<Content> values;  // that of property 1 comes first
+    unsigned slot = 0;                            // the container's property
+    std::vector<Content> values;                  // that of property 1 comes first
+    std::map<unsigned, std::vector<Id>> proxies;  // that properties with a key hold apart
 
     const Content& value(unsigned index) const { return values[index - 1]; }
     const std::vector<Id>& children(unsigned index) const { return std::get<std::vector<Id>>(value(index)); }
@@ -79,6 +80,9 @@ class Twin {
   Outcome destroy(Id id);
   Outcome makeProxy(Id id);
 
+  /// Put an element into the place of a proxy that the property holds.
+  Outcome resolve(Id owner, unsigned index, Id proxy, Id element);
+
   /// Say what a change of the element comes to before its particulars matter.
   Outcome writable(Id id) const;
 
@@ -91,8 +95,10 @@ class Twin {
   std::vector<Id>& childrenOf(Id owner, unsigned index);
   void takeOut(Id child);
   void hang(Id owner, unsigned index, std::size_t position, Id child);
+  void setApart(Id owner, unsigned index, Id proxy);
   std::size_t placeOf(Id owner, unsigned index, Id child) const;
   void erase(Id id);
+  void eraseChildren(Id owner, unsigned index);
 
   Elements elements_;
 };

@@ -60,15 +60,36 @@ TEST(Twin, RefusesThatAnElementContainsItself) {
   EXPECT_EQ(twin.put(Inner, 2, Inner), Outcome::InvalidValue);
 }
 
-TEST(Twin, KeepsOfAProxyTheKeyByWhichItIsHeld) {
+TEST(Twin, HoldsProxiesApartWhereTheElementsHaveKeys) {
   Twin twin = sample();
   twin.insert(Cache, 1, 0, First);
   EXPECT_EQ(twin.makeProxy(First), Outcome::Done);
   EXPECT_EQ(twin.makeProxy(Second), Outcome::Done);
-  EXPECT_EQ(twin.at(First).value(1), Content(std::u16string(u"a")));
-  EXPECT_EQ(twin.at(Second).value(1), Content(std::u16string()));
+  EXPECT_EQ(twin.at(First).value(1), Content(std::u16string()));
   EXPECT_EQ(twin.set(First, 1, std::u16string(u"a")), Outcome::CannotModifyProxy);
-  EXPECT_EQ(twin.insert(Cache, 1, 0, Second), Outcome::CannotAddNonExistentObject);
+  EXPECT_EQ(twin.insert(Cache, 1, 0, Second), Outcome::Done);
+  EXPECT_TRUE(twin.at(Cache).children(1).empty());
+  EXPECT_EQ(twin.at(Cache).proxies.at(1), (std::vector<Id>{First, Second}));
+  EXPECT_EQ(twin.at(Second).container, Cache);
+  EXPECT_EQ(twin.clear(Cache, 1), Outcome::Done);
+  EXPECT_FALSE(twin.contains(First) || twin.contains(Second));
+}
+
+TEST(Twin, PutsAnElementIntoThePlaceOfItsProxy) {
+  Twin twin = sample();
+  twin.create(9, Kind::Tuple);
+  twin.create(10, Kind::Tuple);
+  twin.insert(Report, 1, 0, Tuple);
+  twin.insert(Report, 1, 1, 9);
+  twin.makeProxy(Tuple);
+  EXPECT_EQ(twin.resolve(Report, 1, Tuple, 10), Outcome::Done);
+  EXPECT_EQ(twin.at(Report).children(1), (std::vector<Id>{10, 9}));
+  EXPECT_FALSE(twin.contains(Tuple));
+  twin.insert(Cache, 1, 0, First);
+  twin.makeProxy(First);
+  EXPECT_EQ(twin.resolve(Cache, 1, First, Second), Outcome::Done);
+  EXPECT_EQ(twin.at(Cache).children(1), std::vector<Id>{Second});
+  EXPECT_TRUE(twin.at(Cache).proxies.empty());
 }
 
 TEST(Twin, ReplacesAllOrNothing) {

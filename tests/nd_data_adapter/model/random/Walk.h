@@ -82,10 +82,11 @@ class Walk {
   void changeTexts();
   void destroy();
   void makeProxy();
+  void resolve();
   void askIdentity();
 
   bool isRenamedUnseen(Id id, unsigned index) const;
-  ModelElement make(Kind kind);
+  ModelElement make(Kind kind, const boost::uuids::uuid& uuid = {});
 
   std::mt19937 random_;
   std::ostream* trace_;
