@@ -21,7 +21,8 @@ class Property;
 /// What every element is to its handles: an object with a count of references.
 ///
 /// Counts are plain integers, since a model and its elements are used by one thread. A count keeps the memory
-/// of an element, not its life: that is the model's.
+/// of an element, not its life: that is the model's. An element that is pinned counts no more, so that any
+/// thread may have handles to it.
 class ND_PLATFORM_EXPORT ElementImpl {
  public:
   ElementImpl(const ElementImpl&) = delete;
@@ -39,7 +40,13 @@ class ND_PLATFORM_EXPORT ElementImpl {
   virtual void removeRef() const noexcept = 0;
 
   /// Add a reference.
-  void addRef() const noexcept { ++references_; }
+  void addRef() const noexcept {
+    if (!isPinned()) ++references_;
+  }
+
+  /// Keep the memory to the end of the process. Called once, before other threads know of the element.
+  void pin() const noexcept { references_ = Pinned; }
+  bool isPinned() const noexcept { return references_ >= Pinned; }
 
   /// Take a reference away as `removeRef` does, without a call unless it is the last.
   void dropRef() const noexcept {
@@ -52,6 +59,7 @@ class ND_PLATFORM_EXPORT ElementImpl {
  protected:
   ElementImpl() noexcept = default;
 
+  static constexpr std::uint32_t Pinned = 0x80000000U;
   mutable std::uint32_t references_ = 0;
 };
 
