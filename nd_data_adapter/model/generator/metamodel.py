@@ -81,7 +81,7 @@ class Metamodel(Members):
                 own.add(self.header(type_))
             elif not self.is_below(class_.type, type_):
                 declared.add(f"namespace {type_.namespace} {{ class {type_.name}; }}")
-        return sorted(system) + sorted(own), sorted(declared)
+        return sorted(system), sorted(own), sorted(declared)
 
     def _reach(self, name):
         """The names of the classes to which a class leads by superclasses and properties."""
@@ -103,7 +103,7 @@ class Metamodel(Members):
         if any(each.narrowed for each in class_.overrides):
             own.add('"platform/foundation/Cast.h"')
         own |= {self.header(type_) for type_ in class_.uses() if type_.kind == "class" and type_ is not class_.type}
-        return sorted(system) + sorted(own)
+        return sorted(system), sorted(own)
 
     # Reading
 

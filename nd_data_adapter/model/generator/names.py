@@ -9,15 +9,15 @@ HANDLE = set("""
 
 # The members of lx::base::ModelElement::Impl and of its base, and what every element adds to them.
 ELEMENT = set("""
-    BuilderBase BuilderImpl Changes ContainedVisitor ContainerIndex Fields Flag LifeIndex Storage _inverseAddThis
-    _inverseContainsThis _setContainedByThis aboutToDestroy addRef basicDisassociateAll basicSetContainer
-    becomeProxy checkAlive checkWritable comeIntoModel container containmentSlot convertReferencesToProxies
-    convertToProxy copyStateFromStorage copyValue createChanges createStorage destroy didCreate disassociateIncoming
-    doDestroy getMetaClass getModel getPersistentProxyId getPropertyByIndex getPropertyValue getProxyId
-    hasPropertyValue identifier incoming invalidate inverseAdd inverseContainsProxyTo inverseRemove invoke isAlive
-    isBeingDestroyed isFrozen isLogged isMovedInOpenTransaction isPropertyOfClass isProxy modelImpl nameOfProperty
-    notifyCreated notifyCreatedAsProxy notifyDestroying notifyModifying raiseNotWritable referrers removeRef
-    saveOldValue setPropertyValue
+    BuilderBase BuilderImpl Changes ContainedVisitor ContainerIndex Fields Flag LifeIndex Pinned Storage
+    _inverseAddThis _inverseContainsThis _setContainedByThis aboutToDestroy addRef basicDisassociateAll
+    basicSetContainer becomeProxy checkAlive checkWritable comeIntoModel container containmentSlot
+    convertReferencesToProxies convertToProxy copyStateFromStorage copyValue createChanges createStorage destroy
+    didCreate disassociateIncoming doDestroy getMetaClass getModel getPersistentProxyId getPropertyByIndex
+    getPropertyValue getProxyId hasPropertyValue identifier incoming invalidate inverseAdd inverseContainsProxyTo
+    inverseRemove invoke isAlive isBeingDestroyed isFrozen isLogged isMovedInOpenTransaction isPinned
+    isPropertyOfClass isProxy modelImpl nameOfProperty notifyCreated notifyCreatedAsProxy notifyDestroying
+    notifyModifying pin raiseNotWritable referrers removeRef resolve saveOldValue setPropertyValue
     """.split())
 
 # The members of lx::base::ModelElement::Builder, and what every builder adds to them.

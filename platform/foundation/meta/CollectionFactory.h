@@ -30,24 +30,24 @@ struct KeyRow {
 namespace detail {
 
 template <template <class, class> class Keyed, class E, class Keys>
-std::shared_ptr<AbstractOwnedCollection> makeKeyed(ModelElement::Impl& owner, const Property& property,
+std::unique_ptr<AbstractOwnedCollection> makeKeyed(ModelElement::Impl& owner, const Property& property,
                                                    const Keys& keys) {
   for (const KeyRow& key : keys) {
     if (property.impl()->key != key.name) continue;
     if (key.text != nullptr) {
-      return std::make_shared<Keyed<std::u16string, E>>(owner, property.getIndex(), key.index, key.text);
+      return std::make_unique<Keyed<std::u16string, E>>(owner, property.getIndex(), key.index, key.text);
     }
-    return std::make_shared<Keyed<std::int32_t, E>>(owner, property.getIndex(), key.index, key.number);
+    return std::make_unique<Keyed<std::int32_t, E>>(owner, property.getIndex(), key.index, key.number);
   }
   return nullptr;
 }
 
 template <class E, template <class, class> class Referring>
-std::shared_ptr<AbstractOwnedCollection> makeReferring(ModelElement::Impl& owner, const Property& property) {
+std::unique_ptr<AbstractOwnedCollection> makeReferring(ModelElement::Impl& owner, const Property& property) {
   if (property.getValueFlags() == ValueFlags::Set) {
-    return std::make_shared<Referring<E, std::unordered_set<E>>>(owner, property.getIndex());
+    return std::make_unique<Referring<E, std::unordered_set<E>>>(owner, property.getIndex());
   }
-  return std::make_shared<Referring<E, std::vector<E>>>(owner, property.getIndex());
+  return std::make_unique<Referring<E, std::vector<E>>>(owner, property.getIndex());
 }
 
 }  // namespace detail
@@ -55,7 +55,7 @@ std::shared_ptr<AbstractOwnedCollection> makeReferring(ModelElement::Impl& owner
 /// The collection factory of a class: makes an empty collection of the kind in which a property holds
 /// elements of class E. `Keys` lists the properties of the class by which it can be keyed.
 template <class E, const auto& Keys>
-std::shared_ptr<AbstractOwnedCollection> makeCollection(ModelElement::Impl& owner, const Property& property) {
+std::unique_ptr<AbstractOwnedCollection> makeCollection(ModelElement::Impl& owner, const Property& property) {
   const Traits& traits = property.traits();
   switch (property.getValueFlags()) {
     case ValueFlags::Map:
@@ -63,7 +63,7 @@ std::shared_ptr<AbstractOwnedCollection> makeCollection(ModelElement::Impl& owne
     case ValueFlags::Multimap:
       return detail::makeKeyed<ElementMultimap, E>(owner, property, Keys);
     case ValueFlags::Sequence:
-      if (traits.isContained) return std::make_shared<ElementSequence<E>>(owner, property.getIndex());
+      if (traits.isContained) return std::make_unique<ElementSequence<E>>(owner, property.getIndex());
       [[fallthrough]];
     case ValueFlags::Set:
       if (traits.acceptsProxies)

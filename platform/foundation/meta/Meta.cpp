@@ -358,7 +358,7 @@ const Operation::Impl* Class::Impl::findOperation(const std::u16string& wanted) 
   return found;
 }
 
-std::shared_ptr<AbstractOwnedCollection> Class::Impl::instantiateCollection(ModelElement::Impl& owner,
+std::unique_ptr<AbstractOwnedCollection> Class::Impl::instantiateCollection(ModelElement::Impl& owner,
                                                                             const Property& property) const {
   return collectionFactory == nullptr ? nullptr : collectionFactory(owner, property);
 }

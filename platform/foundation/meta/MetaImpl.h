@@ -18,7 +18,7 @@ using BuilderFactory = std::unique_ptr<ModelElement::Builder> (*)(const Model& m
 
 /// Makes an empty collection of the kind in which a property of the owner holds elements of a class; null for
 /// a property that is no collection. What is made is not the owner's own collection.
-using CollectionFactory = std::shared_ptr<AbstractOwnedCollection> (*)(ModelElement::Impl& owner,
+using CollectionFactory = std::unique_ptr<AbstractOwnedCollection> (*)(ModelElement::Impl& owner,
                                                                        const Property& property);
 
 /// The elements of the meta model. Their fields are filled by the metapackage that makes them, in the
@@ -168,7 +168,7 @@ class ND_PLATFORM_EXPORT Class::Impl : public Type::Impl {
 
   /// Make an empty collection of the kind in which a property of the owner holds elements of this class. Null
   /// for a property that is no collection, and for a class that was registered without such a factory.
-  std::shared_ptr<AbstractOwnedCollection> instantiateCollection(ModelElement::Impl& owner,
+  std::unique_ptr<AbstractOwnedCollection> instantiateCollection(ModelElement::Impl& owner,
                                                                  const Property& property) const;
 
   void addProperty(Property::Impl& property);

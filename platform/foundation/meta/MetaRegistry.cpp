@@ -100,8 +100,27 @@ MetaRegistry::MetaRegistry() : model_(Model::create()) {
   PropertySerializerRegistry::getInstance();  // outlives this registry
   Transaction transaction = model_.impl()->beginTransaction(true);
   const StandardPackage standard(*this);
+  std::vector<ModelElement> made = unpinnedElements();
   transaction.commit();
+  pin(std::move(made));
   Model::Freezer::freeze(model_);
+}
+
+/// Give the elements that can't be shared by threads yet, with room for keeping them. Their identities are
+/// made now, since being asked for one changes an element.
+std::vector<ModelElement> MetaRegistry::unpinnedElements() {
+  std::vector<ModelElement> result = model_.impl()->elements();
+  std::erase_if(result, [](const ModelElement& element) { return element.impl()->isPinned(); });
+  for (const ModelElement& element : result) static_cast<void>(element.identifier());
+  pinned_.reserve(pinned_.size() + result.size());
+  return result;
+}
+
+void MetaRegistry::pin(std::vector<ModelElement> elements) noexcept {
+  for (ModelElement& element : elements) {
+    element.impl()->pin();
+    pinned_.push_back(std::move(element));
+  }
 }
 
 MetaRegistry& MetaRegistry::getInstance() {
@@ -223,7 +242,10 @@ MetaRegistry::Update::~Update() {
 }
 
 void MetaRegistry::Update::commit() {
+  std::vector<ModelElement> made = registry_.unpinnedElements();
   transaction_.commit();
+  const bool isPublished = !registry_.model_.impl()->hasOpenTransaction();
+  if (isPublished) registry_.pin(std::move(made));
 }
 
 }  // namespace meta

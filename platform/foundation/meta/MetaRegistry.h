@@ -20,9 +20,10 @@ namespace lx::base::meta {
 /// The types that the foundation brings itself are registered from the start, under their name alone and
 /// under their qualified one: `ModelElement`, `String`, `StdString`, `Boolean`, `Integer`, `Model`,
 /// `HvArray`, `UUID`. Between calls the meta model is frozen. Whoever writes the registry holds the mutex,
-/// and so does every look-up while it lasts. The handles that a look-up gives count references by plain
-/// integers, so that a thread beside the one that uses the models must itself hold the mutex, from before its
-/// look-up until it has let go of the last of these handles.
+/// and so does every look-up while it lasts. Meta elements keep their memory from the commit of their making
+/// to the end of the process, whether they stay registered or not; any thread may look them up, keep handles
+/// to them and read them. What must not be is that a root package is taken away while another thread reads
+/// its types, or that two threads ask meta elements for their model.
 class ND_PLATFORM_EXPORT MetaRegistry {
  public:
   class Update;
@@ -64,11 +65,14 @@ class ND_PLATFORM_EXPORT MetaRegistry {
 
  private:
   MetaRegistry();
+  std::vector<ModelElement> unpinnedElements();
+  void pin(std::vector<ModelElement> elements) noexcept;
 
   mutable std::recursive_mutex mutex_;
   Model model_;
   Names types_;
   std::vector<Package> rootPackages_;
+  std::vector<ModelElement> pinned_;
 };
 
 /// The scope of a change to the registry: holds its mutex, thaws its model, and opens a quiet transaction on

@@ -1,5 +1,4 @@
 #include <set>
-#include <thread>
 
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/messages.h"
@@ -193,22 +192,6 @@ TEST(MetaRegistryUpdate, LeavesHandlesOfATakenAwayPackageSafeToAsk) {
   EXPECT_FALSE(type.isAlive());
   EXPECT_FALSE(type.getPackage());
   EXPECT_EQ(type.getQualifiedName(), u"Part");
-}
-
-TEST(MetaRegistry, LetsSeveralThreadsLookUpThatHoldItsMutexAsLongAsTheyHoldHandles) {
-  std::vector<std::thread> threads;
-  std::vector<int> found(4, 0);
-  for (int& count : found) {
-    threads.emplace_back([&count] {
-      for (int round = 0; round < 2000; ++round) {
-        const std::scoped_lock lock(registry().mutex());
-        if (registry().getType(u"String").getQualifiedName() == u"lx.base.String") ++count;
-        if (!registry().findType(u"Nothing")) ++count;
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(found, std::vector<int>(4, 4000));
 }
 
 }  // namespace
