@@ -50,7 +50,7 @@ class ND_PLATFORM_EXPORT ElementImpl {
 
   /// Take a reference away as `removeRef` does, without a call unless it is the last.
   void dropRef() const noexcept {
-    if (references_ > 1)
+    if (static_cast<std::int32_t>(references_) > 1)  // not pinned either
       --references_;
     else
       removeRef();

@@ -204,9 +204,7 @@ class TypedReferences : public ReferenceCollectionCore {
   E atPosition(std::size_t position) const { return typed(targetAt(position)); }
   std::size_t nextPosition(std::size_t position) const noexcept { return position + 1; }
 
-  bool accepts(const ModelElement::Impl& element) const noexcept override {
-    return isOfClass<E>(element);
-  }
+  bool accepts(const ModelElement::Impl& element) const noexcept override { return isOfClass<E>(element); }
 
  protected:
   static E typed(ModelElement::Impl* element) { return E(static_cast<typename E::Impl*>(element)); }
