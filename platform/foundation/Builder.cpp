@@ -117,6 +117,9 @@ void raiseContainsNothing(const meta::Property& property) {
 }
 
 void raiseForeignProperty(const ModelElement::Builder& builder, const meta::Property& property) {
+  if (property.traits().isDerived && builder.getMetaClass().isSubclassOf(property.getOwner())) {
+    report::cannotSetReadOnlyProperty(property);
+  }
   report::noSuchType(builder.getMetaClass().getQualifiedName() + u"." + property.getName());
 }
 

@@ -1,12 +1,19 @@
 #include "platform/foundation/Identity.h"
 
+#include <mutex>
+
 #include <boost/uuid/random_generator.hpp>
 
 namespace lx::base::detail {
 
 boost::uuids::uuid randomIdentity() {
-  static auto& generator = *new boost::uuids::random_generator_mt19937;  // outlives all that may ask
-  return generator();
+  struct Source {
+    std::mutex mutex;
+    boost::uuids::random_generator_mt19937 generator;
+  };
+  static Source& source = *new Source;  // outlives all that may ask
+  const std::scoped_lock lock(source.mutex);
+  return source.generator();
 }
 
 }  // namespace lx::base::detail

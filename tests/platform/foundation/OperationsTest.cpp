@@ -221,6 +221,13 @@ TEST_F(Operations, NeverSetDerivedProperties) {
   }
 }
 
+TEST_F(Operations, NeverBuildDerivedProperties) {
+  Square::Builder builder(model);
+  const Property label = Square::metaClass().property(u"label");
+  EXPECT_EQ(raised<CannotSetReadOnlyProperty>([&] { builder.setOrAdd(label, Value(u"x")); }),
+            "CannotSetReadOnlyProperty(probe.Shape.label)");
+}
+
 TEST_F(Operations, KeepTheDerivedPropertyWithoutPublicGetterFromOthers) {
   EXPECT_THAT(raised<InvalidValue>([this] { static_cast<void>(cube.getPropertyValue(u"secret")); }),
               StartsWith("InvalidValue(probe.Shape.secret; "));
