@@ -24,7 +24,7 @@ class ContinuousIntegration(unittest.TestCase):
         for script in sorted(set(re.findall(r"scripts/[\w.-]+", text))):
             self.stand_in(script)
         self.stand_in("run", f"[[ $3 == dev ]] && echo 'started'; echo 'Test #1'; echo '{SUMMARY}'")
-        for command in ("ctest", "shellcheck"):
+        for command in ("cmake", "ctest", "shellcheck"):
             self.stand_in(self.bin / command)
         (self.root / "build/release").mkdir(parents=True)
         (self.root / "build/release/CMakeCache.txt").write_text("Python3_EXECUTABLE:FILEPATH=/bin/true\n",
