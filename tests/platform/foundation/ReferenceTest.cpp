@@ -94,6 +94,23 @@ TEST(Reference, MayReferToItsOwnHolder) {
   EXPECT_FALSE(holder.isAlive());
 }
 
+TEST(Reference, LetsItsTargetKnowAndEndsWithIt) {
+  // [references]
+  const Model model = Model::create();
+  const Thing target = Thing::create(model);
+  const References holder = References::create(model);
+  holder.setOne(target);  // refers to it and does not contain it
+  holder.getRowMutable().add(target);
+  holder.getBagMutable().add(target);
+  EXPECT_FALSE(target.container());
+  EXPECT_EQ(target.referrers(), Elements{holder});
+
+  target.destroy();
+  EXPECT_FALSE(holder.one());
+  EXPECT_TRUE(holder.row().empty() && holder.bag().empty());
+  // [/references]
+}
+
 TEST(Reference, LosesATargetThatIsDestroyed) {
   const Model model = Model::create();
   const References holder = References::create(model), other = References::create(model);
