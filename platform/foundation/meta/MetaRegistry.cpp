@@ -230,7 +230,11 @@ MetaRegistry::Update::Update(MetaRegistry& registry)
       lock_(registry.mutex_),
       types_(registry.types_),
       rootPackages_(registry.rootPackages_),
-      serializers_(PropertySerializerRegistry::getInstance().entries_),
+      serializers_([] {
+        const PropertySerializerRegistry& serializers = PropertySerializerRegistry::getInstance();
+        const std::scoped_lock lock(serializers.mutex_);
+        return serializers.entries_;
+      }()),
       thawer_(Model::Freezer::thaw(registry.model_)),
       transaction_(registry.model_.impl()->beginTransaction(true)) {}
 
@@ -238,7 +242,9 @@ MetaRegistry::Update::~Update() {
   if (!transaction_.isOpen()) return;
   registry_.types_.swap(types_);
   registry_.rootPackages_.swap(rootPackages_);
-  PropertySerializerRegistry::getInstance().entries_.swap(serializers_);
+  PropertySerializerRegistry& serializers = PropertySerializerRegistry::getInstance();
+  const std::scoped_lock lock(serializers.mutex_);
+  serializers.entries_.swap(serializers_);
 }
 
 void MetaRegistry::Update::commit() {

@@ -122,4 +122,15 @@ TEST(Threads, LookTypesUpWhileOthersAreRegisteredAndTakenAway) {
             Threads * Rounds);
 }
 
+TEST(Threads, AskForSerializersWhileUpdatesAreAbandoned) {
+  MetaRegistry& registry = MetaRegistry::getInstance();
+  const auto& serializers = lx::base::meta::PropertySerializerRegistry::getInstance();
+  EXPECT_EQ(goodRounds([&](int number, int) {
+              if (number != 0) return serializers.find(u"lx.base.String") != nullptr;
+              const MetaRegistry::Update abandoned(registry);
+              return true;
+            }),
+            Threads * Rounds);
+}
+
 }  // namespace
