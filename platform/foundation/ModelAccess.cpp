@@ -92,12 +92,12 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
     return;
   }
 
-  for (Storage* storage = level.saved; storage != nullptr; storage = storage->next_) {
-    storage->revertUnchanged(*storage->element_);
-  }
   const bool tells = !level.quiet && !model.observers_.empty();
   const std::vector<ModelElement> created = tells ? createdIn(level) : std::vector<ModelElement>();
   const std::vector<ModelElement> destroyed = tells ? destroyedIn(level) : std::vector<ModelElement>();
+  for (Storage* storage = level.saved; storage != nullptr; storage = storage->next_) {
+    storage->revertUnchanged(*storage->element_);
+  }
 
   // From here on nothing throws: the changes stand.
   const Model keep(&model);
@@ -137,11 +137,7 @@ ModelAccess::Element* ModelAccess::settle(Level& level) noexcept {
 
 /// Let go of the storages of a commit, or keeps those of what lives while a notice is under way.
 void ModelAccess::retire(Model::Impl& model, Storage* saved) noexcept {
-  if (model.telling_ == 0) {
-    release(std::exchange(model.retained_, nullptr));
-    release(saved);
-    return;
-  }
+  if (model.telling_ == 0) return release(saved);
   saved = releaseOfDead(saved);
   Storage** end = &saved;
   while (*end != nullptr) end = &(*end)->next_;
@@ -313,10 +309,12 @@ void ModelAccess::notify(Model::Impl& model, const ChangeSet& changes) noexcept 
     ++model.counters_.notices;
     model.observers_[at]->changed(changes);
   }
-  if (--model.telling_ == 0 && model.lostObservers_) {
+  if (--model.telling_ != 0) return;
+  if (model.lostObservers_) {
     std::erase(model.observers_, nullptr);
     model.lostObservers_ = false;
   }
+  release(std::exchange(model.retained_, nullptr));
 }
 
 void ModelAccess::tellLoneChange(Element& element, const Storage& saved) noexcept {

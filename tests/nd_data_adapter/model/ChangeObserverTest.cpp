@@ -1,3 +1,6 @@
+#include <boost/smart_ptr/weak_ptr.hpp>
+
+#include "platform/host/Workspace.h"
 #include "tests/nd_data_adapter/model/Recorder.h"
 
 using namespace model_test;
@@ -180,6 +183,59 @@ TEST(ChangeObserver, MayLetTheLastHandleToTheModelGo) {
   model.impl()->addObserver(step);
   tuple.setId(u"a");
   EXPECT_FALSE(tuple.isAlive());
+}
+
+/// Expect that what an observer lets go of during a notice has gone once the step that is told has ended.
+void expectLetGo(const std::function<void(const Model&)>& step) {
+  const Model model = Model::create();
+  const DataContainer container = DataContainer::create(model);
+  container.setDataCache(inCreateWorkspace(1));
+  const boost::weak_ptr<inWorkSpace_tag> held = container.dataCache();
+  bool isDone = false;
+  Step letGo([&](const ChangeSet&) {
+    if (std::exchange(isDone, true)) return;
+    Transaction transaction = begin(model);
+    container.setDataCache(nullptr);
+    transaction.commit();
+    EXPECT_FALSE(held.expired()) << "the notice may still ask for it";
+  });
+  model.impl()->addObserver(letGo);
+  step(model);
+  EXPECT_TRUE(isDone);
+  EXPECT_TRUE(held.expired());
+}
+
+TEST(ChangeObserver, LetsGoOfWhatItReplacedWhenTheOutermostNoticeEnds) {
+  expectLetGo([](const Model& model) { ChangeTuple::create(model); });
+  expectLetGo([](const Model& model) {
+    Transaction transaction = begin(model);
+    ChangeTuple::create(model);
+    transaction.commit();
+  });
+  expectLetGo([](const Model& model) { ChangeTuple::Builder(model).create(); });
+}
+
+TEST(ChangeObserver, LetsGoOfWhatItReplacedWhenALoneSetterOrDestructionWasTold) {
+  const Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model), other = ChangeTuple::create(model);
+  const DataContainer container = DataContainer::create(model);
+  bool isDone = false;
+  Step letGo([&](const ChangeSet&) {
+    if (std::exchange(isDone, true)) return;
+    Transaction transaction = begin(model);
+    container.setDataCache(nullptr);
+    transaction.commit();
+  });
+  model.impl()->addObserver(letGo);
+  const std::function<void()> steps[]{[&] { tuple.setId(u"a"); }, [&] { other.destroy(); }};
+  for (const auto& step : steps) {
+    isDone = true;
+    container.setDataCache(inCreateWorkspace(1));
+    const boost::weak_ptr<inWorkSpace_tag> held = container.dataCache();
+    isDone = false;
+    step();
+    EXPECT_TRUE(held.expired());
+  }
 }
 
 TEST(ChangeObserver, MayKeepWhatItWasTold) {
