@@ -13,10 +13,10 @@ ELEMENT = set("""
     _inverseAddThis _inverseContainsThis _setContainedByThis aboutToDestroy addRef basicDisassociateAll
     basicSetContainer becomeProxy checkAlive checkWritable comeIntoModel container containmentSlot
     convertReferencesToProxies convertToProxy copyStateFromStorage copyValue createChanges createStorage destroy
-    didCreate disassociateIncoming doDestroy getMetaClass getModel getPersistentProxyId getPropertyByIndex
+    didCreate disassociateIncoming doDestroy dropRef getMetaClass getModel getPersistentProxyId getPropertyByIndex
     getPropertyValue getProxyId hasPropertyValue identifier incoming invalidate inverseAdd inverseContainsProxyTo
-    inverseRemove invoke isAlive isBeingDestroyed isFrozen isLogged isMovedInOpenTransaction isPinned
-    isPropertyOfClass isProxy modelImpl nameOfProperty notifyCreated notifyCreatedAsProxy notifyDestroying
+    inverseRemove invoke isAlive isBeingDestroyed isLogged isMovedInOpenTransaction isPinned
+    isPropertyOfClass isProxy isSavedInOpenTransaction modelImpl nameOfProperty notifyCreated notifyCreatedAsProxy notifyDestroying
     notifyModifying pin raiseNotWritable referrers removeRef resolve saveOldValue setPropertyValue
     """.split())
 

@@ -187,7 +187,7 @@ def members(header, head):
     found = set(re.findall(r"~?\b(\w+)\(\)", shown)) | set(re.findall(r"\b(?:class|struct|enum|using) (\w+)", shown))
     found |= set(re.findall(r"constexpr unsigned (\w+)", shown))
     own = re.search(r"(\w+)(?: :|$)", head.strip())[1]
-    return {name for name in found if not name.endswith("_")} - {own, "bool", "operator"}
+    return {name for name in found if not name.endswith("_")} - {own, "bool", "operator", "new", "delete"}
 
 
 class ReservedNames(unittest.TestCase):
