@@ -216,11 +216,12 @@ class KeyedCollectionCore : public ContainmentSlot {
   bool isUnchangedSince(const Old& old) const {
     const auto delta = [](const Change& change) {
       using Kind = typename Change::Kind;
-      const int sum = change.kind == Kind::Inserted ? 1 : change.kind == Kind::Erased ? -1 : 0;
-      return std::pair<const ModelElement::Impl*, int>(change.element.impl(), sum);
+      const bool isIn = change.kind == Kind::Inserted || change.kind == Kind::ProxyAdded;
+      const bool isOut = change.kind == Kind::Erased || change.kind == Kind::ProxyTaken;
+      return std::pair<const ModelElement::Impl*, int>(change.element.impl(), isIn ? 1 : isOut ? -1 : 0);
     };
     return membershipIsUnchanged(static_cast<const Change*>(journal_.top()), old.top(), delta) &&
-           elementsAt(old.top()) == elementsAt(journal_.top());
+           elementsAt(old.top()) == elementsAt(journal_.top()) && proxiesAt(old.top()) == proxies_;
   }
 
   Value oldValue(const Old& old) const { return Value(elementsAt(old.top())); }
@@ -341,6 +342,18 @@ class KeyedCollectionCore : public ContainmentSlot {
     return result;
   }
 
+  std::vector<ModelElement::Impl*> proxiesAt(const Change* mark) const {
+    std::vector<ModelElement::Impl*> result = proxies_;
+    for (const Change* change = journal_.top(); change != nullptr && change != mark; change = change->below) {
+      const auto place = result.begin() + static_cast<std::ptrdiff_t>(change->position);
+      if (change->kind == Change::Kind::ProxyAdded)
+        result.erase(place);
+      else if (change->kind == Change::Kind::ProxyTaken)
+        result.insert(place, change->element.impl());
+    }
+    return result;
+  }
+
   Nodes nodes_;
   std::vector<ModelElement::Impl*> proxies_;
   Journal<Change> journal_;
@@ -360,7 +373,8 @@ class KeyedCollectionCore : public ContainmentSlot {
 /// anything has changed.
 ///
 /// Proxies are contained without a key: walking, counting, finding and the list of keys pass over them until
-/// they are resolved. An element that becomes a proxy is set apart likewise.
+/// they are resolved. An element that becomes a proxy is set apart likewise. Observers are told of the
+/// collection when its proxies change, too.
 template <class K, class E, bool Unique>
 class KeyedCollection : public detail::KeyedCollectionCore<K> {
  public:

@@ -4,8 +4,8 @@
 #include <functional>
 #include <utility>
 
-#include "platform/foundation/ReferenceIndex.h"
 #include "platform/foundation/Report.h"
+#include "platform/foundation/internal/ReferenceIndex.h"
 
 namespace lx::base {
 
@@ -161,6 +161,7 @@ void ReferenceCollectionCore::targetBecomesProxy(Link& link) {
     removeEntry(entry);
     return;
   }
+  if (entry.isProxy) return;
   makeRoomForProxy(*entry.target.impl());
   Operation operation(*this);
   std::unique_ptr<Change> change = makeChange(Change::Kind::BecameProxy, 0, entry);
@@ -317,6 +318,7 @@ std::vector<ModelElement> ReferenceCollectionCore::elementsAt(const Change* mark
   return result;
 }
 
+/// Where the order is free, another one is no change.
 bool ReferenceCollectionCore::isUnchangedSince(const Old& old) const {
   const auto delta = [](const Change& change) {
     const int sum = change.kind == Change::Kind::Inserted ? 1 : change.kind == Change::Kind::Removed ? -1 : 0;

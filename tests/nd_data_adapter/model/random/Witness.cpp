@@ -33,12 +33,20 @@ std::vector<Id> idsOf(const Pairing& pairing, const std::vector<ModelElement>& e
   return result;
 }
 
+std::vector<Id> proxiesOf(const Twin::Element& element, unsigned index) {
+  const auto found = element.proxies.find(index);
+  return found == element.proxies.end() ? std::vector<Id>() : found->second;
+}
+
 Old changesBetween(const Twin& before, const Twin& after) {
   Old result;
   for (const auto& [id, old] : before.elements()) {
     if (!after.contains(id)) continue;
     for (unsigned index = 1; index <= old.values.size(); ++index) {
-      if (old.value(index) != after.at(id).value(index)) result[{id, index}] = old.value(index);
+      const bool hasOtherProxies = proxiesOf(old, index) != proxiesOf(after.at(id), index);
+      if (old.value(index) != after.at(id).value(index) || hasOtherProxies) {
+        result[{id, index}] = old.value(index);
+      }
     }
   }
   return result;

@@ -1,4 +1,4 @@
-#include "platform/foundation/ReferenceIndex.h"
+#include "platform/foundation/internal/ReferenceIndex.h"
 
 #include <bit>
 #include <cstdint>
