@@ -230,6 +230,26 @@ TEST(Referrers, AreListedOnceEachTheOldestReferenceFirst) {
   EXPECT_EQ(target.referrers(), (Elements{second, third}));
 }
 
+TEST(Referrers, CountAReferenceThatIsMadeAgainAsYounger) {
+  const Model model = Model::create();
+  const References first = References::create(model), second = References::create(model);
+  const Thing target = thing(model), other = thing(model);
+  first.setOne(target);
+  second.setOne(target);
+  const auto makeAgain = [&] {
+    first.setOne(other);
+    first.setOne(target);
+  };
+  {
+    const Transaction open = begin(model);
+    makeAgain();
+    EXPECT_EQ(target.referrers(), (Elements{second, first}));
+  }
+  EXPECT_EQ(target.referrers(), (Elements{first, second})) << "undoing brings the older reference back";
+  makeAgain();
+  EXPECT_EQ(target.referrers(), (Elements{second, first}));
+}
+
 TEST(Referrers, OfADeadElementAreNone) {
   const Model model = Model::create();
   const References holder = References::create(model);
