@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/adapters/json/AdapterFixture.h"
-#include "tests/support/FailingAllocation.h"
+#include "tests/support/AllocationFault.h"
 
 namespace {
 
@@ -26,13 +26,13 @@ TEST_F(JsonAdapterMemory, LeavesTheContainerAloneWhenAnAllocationOfAReadFails) {
     bool isShort = false;
     bool hasFailed = false;
     {
-      const FailingAllocation fault(number);
+      const AllocationFault fault(number);
       try {
         adapter_.getData(workspace_, metaData, u"", error);
       } catch (const std::bad_alloc&) {
         isShort = true;
       }
-      hasFailed = fault.hasFailed();
+      hasFailed = fault.hasOccurred();
     }
     ASSERT_EQ(error.getId(), nd::data::adapter::AdapterDiagnostic::NoDiagnostic) << "allocation " << number;
     if (isShort) {

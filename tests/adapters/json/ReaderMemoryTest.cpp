@@ -9,7 +9,7 @@
 #include "adapters/json/FormatFailure.h"
 #include "adapters/json/Reader.h"
 #include "platform/host/ArrayComparison.h"
-#include "tests/support/FailingAllocation.h"
+#include "tests/support/AllocationFault.h"
 
 using nd::adapters::json::PaddedText;
 using nd::adapters::json::readVariables;
@@ -34,7 +34,7 @@ TEST(ReaderMemory, PassesOnThatAnAllocationFailsAndLeavesNoArrayBehind) {
   const std::size_t arrays = hvGetLiveArrayCount();
   std::size_t failures = 0;
   for (std::size_t number = 1;; ++number) {
-    const FailingAllocation fault(number);
+    const AllocationFault fault(number);
     try {
       // Memory that it can do without may be missing.
       EXPECT_TRUE(areEqual(readVariables(content), expected)) << "allocation " << number;
@@ -42,7 +42,7 @@ TEST(ReaderMemory, PassesOnThatAnAllocationFailsAndLeavesNoArrayBehind) {
       ++failures;
     }
     EXPECT_EQ(hvGetLiveArrayCount(), arrays) << "allocation " << number;
-    if (!fault.hasFailed()) break;
+    if (!fault.hasOccurred()) break;
   }
   EXPECT_GT(failures, 50U);
 }
@@ -52,15 +52,15 @@ TEST(ReaderMemory, PassesItOnWhileItSaysWhatIsWrongWithAText) {
   const std::size_t arrays = hvGetLiveArrayCount();
   bool wasShort = false;
   for (std::size_t number = 1;; ++number) {
-    const FailingAllocation fault(number);
+    const AllocationFault fault(number);
     try {
       readVariables(content);
       ADD_FAILURE() << "it was read";
     } catch (const std::bad_alloc&) {
-      EXPECT_TRUE(fault.hasFailed()) << "allocation " << number;
+      EXPECT_TRUE(fault.hasOccurred()) << "allocation " << number;
       wasShort = true;
     } catch (const nd::adapters::json::FormatFailure&) {
-      if (!fault.hasFailed()) break;
+      if (!fault.hasOccurred()) break;
     }
     EXPECT_EQ(hvGetLiveArrayCount(), arrays) << "allocation " << number;
   }

@@ -10,7 +10,7 @@
 #include "platform/host/ArrayComparison.h"
 #include "platform/host/Workspace.h"
 #include "tests/adapters/json/arrays.h"
-#include "tests/support/FailingAllocation.h"
+#include "tests/support/AllocationFault.h"
 
 using nd::adapters::json::Variable;
 using nd::adapters::json::WorkspaceReplacement;
@@ -73,7 +73,7 @@ TEST(WorkspaceReplacement, LeavesAnEmptyWorkspaceIfThereIsNoMemoryToTakeItBack) 
   {
     const std::vector<Variable> variables = newContent();
     auto replacement = std::make_unique<WorkspaceReplacement>(workspace, variables);
-    const FailingAllocation fault(1);
+    const AllocationFault fault(1);
     replacement.reset();
   }
   EXPECT_TRUE(namesIn(workspace).empty());
@@ -93,13 +93,13 @@ TEST(WorkspaceReplacement, LeavesTheWorkspaceAsItWasWhenAnAllocationFails) {
   std::size_t number = 1;
   for (;; ++number) {
     bool isShort = false;
-    const FailingAllocation fault(number);
+    const AllocationFault fault(number);
     try {
       WorkspaceReplacement(workspace, variables).keep();
     } catch (const std::bad_alloc&) {
       isShort = true;
     }
-    EXPECT_EQ(isShort, fault.hasFailed());
+    EXPECT_EQ(isShort, fault.hasOccurred());
     if (!isShort) break;
     EXPECT_EQ(namesIn(workspace), (std::vector<std::string>{"a", "b"})) << "allocation " << number;
     EXPECT_TRUE(hvEqual(inGetValueFromWorkspace("a", workspace), arrays::scalar(1).get()))

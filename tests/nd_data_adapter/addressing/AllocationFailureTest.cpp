@@ -6,7 +6,7 @@
 
 #include "nd_data_adapter/model/URIOperations.h"
 #include "platform/services/ForwardingFileSystem.h"
-#include "tests/support/FailingAllocation.h"
+#include "tests/support/AllocationFault.h"
 
 using ndx::broker::URIOperations;
 
@@ -35,14 +35,14 @@ class URIAllocationFailure : public testing::Test {
   static std::vector<std::string> askUntilAnswered(const std::function<bool()>& question) {
     std::vector<std::string> answers;
     for (std::size_t number = 1; number < 100; ++number) {
-      const FailingAllocation failing(number);
+      const AllocationFault failing(number);
       const char* answer = "bad_alloc";
       try {
         answer = question() ? "true" : "false";
       } catch (const std::bad_alloc&) {
       }
-      const bool hasFailed = FailingAllocation::hasFailed();
-      const FailingAllocation none(0);
+      const bool hasFailed = AllocationFault::hasOccurred();
+      const AllocationFault none(0);
       answers.emplace_back(answer);
       if (!hasFailed) return answers;
     }

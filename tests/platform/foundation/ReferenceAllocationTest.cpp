@@ -4,8 +4,9 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/nd_data_adapter/model/allocation/AllocationFault.h"
+#include "platform/foundation/ChangeObserver.h"
 #include "tests/platform/foundation/Probing.h"
+#include "tests/support/AllocationFault.h"
 #include "tests/support/model/Branch.h"
 #include "tests/support/model/Leaf.h"
 #include "tests/support/model/Sets.h"

@@ -3,7 +3,7 @@
 
 #include "platform/host/Workspace.h"
 #include "tests/platform/host/HostTest.h"
-#include "tests/support/FailingAllocation.h"
+#include "tests/support/AllocationFault.h"
 
 namespace {
 
@@ -18,13 +18,13 @@ class AllocationFailureTest : public HostTest {
       bool raisedBadAlloc = false;
       bool hasFailed = false;
       {
-        const FailingAllocation failing(number);
+        const AllocationFault failing(number);
         try {
           operation();
         } catch (const std::bad_alloc&) {
           raisedBadAlloc = true;
         }
-        hasFailed = FailingAllocation::hasFailed();
+        hasFailed = AllocationFault::hasOccurred();
       }
       if (!hasFailed) return number - 1;
       EXPECT_TRUE(raisedBadAlloc) << "allocation " << number << " failed unnoticed";

@@ -8,7 +8,7 @@
 
 #include "platform/services/Diagnostic.h"
 #include "platform/services/FileSystem.h"
-#include "tests/support/FailingAllocation.h"
+#include "tests/support/AllocationFault.h"
 
 namespace {
 
@@ -27,13 +27,13 @@ std::size_t failEach(const std::function<void()>& operation, const std::function
     bool raisedBadAlloc = false;
     bool hasFailed = false;
     {
-      const FailingAllocation failing(number);
+      const AllocationFault failing(number);
       try {
         operation();
       } catch (const std::bad_alloc&) {
         raisedBadAlloc = true;
       }
-      hasFailed = FailingAllocation::hasFailed();
+      hasFailed = AllocationFault::hasOccurred();
     }
     if (!hasFailed) return number - 1;
     EXPECT_TRUE(raisedBadAlloc) << "allocation " << number << " failed unnoticed";
@@ -88,19 +88,19 @@ TEST(AllocationFailure, LeavesTheConstructorOfAMessage) {
 
 TEST(AllocationFailure, DoesNotReachCopiesOfAMessage) {
   const Sample message(longText);
-  const FailingAllocation failing(1);
+  const AllocationFault failing(1);
   const std::array<Sample, 2> copies = {message, message};
   EXPECT_EQ(copies[1].what(), message.what());
-  EXPECT_FALSE(FailingAllocation::hasFailed());
+  EXPECT_FALSE(AllocationFault::hasOccurred());
 }
 
 TEST(AllocationFailure, DoesNotReachTheReplacementOfTheFilesystem) {
   using lx::services::FileSystem;
-  const FailingAllocation failing(1);
+  const AllocationFault failing(1);
   FileSystem* const standard = &FileSystem::current();
   FileSystem::replace(FileSystem::replace(nullptr));
   FileSystem::replace(FileSystem::share());
-  EXPECT_FALSE(FailingAllocation::hasFailed());
+  EXPECT_FALSE(AllocationFault::hasOccurred());
   EXPECT_EQ(&FileSystem::current(), standard);
 }
 

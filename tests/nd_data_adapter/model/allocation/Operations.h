@@ -1,18 +1,13 @@
 #pragma once
 
-#include <functional>
-#include <string>
 #include <vector>
 
+#include "tests/nd_data_adapter/model/allocation/Soundness.h"
 #include "tests/nd_data_adapter/model/allocation/World.h"
 
 namespace allocation_test {
 
-/// Something that is done to a world.
-struct Operation {
-  std::string name;
-  std::function<void(const World&)> run;
-};
+using Operation = OperationOn<World>;
 
 /// List the operations by what they concern.
 std::vector<Operation> lifeOperations();

@@ -1,4 +1,4 @@
-#include "tests/nd_data_adapter/model/allocation/AllocationFault.h"
+#include "tests/support/AllocationFault.h"
 
 #include <cstdlib>
 #include <new>
@@ -62,12 +62,18 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return operator new(size);
 }
+
+// Some allocate by these; the standard library's go through the ones above, a sanitizer's don't.
+
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   try {
     return operator new(size);
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return operator new(size, std::nothrow);
 }
 void operator delete(void* memory) noexcept {
   release(memory);
@@ -82,5 +88,8 @@ void operator delete[](void* memory, std::size_t) noexcept {
   release(memory);
 }
 void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  release(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
   release(memory);
 }

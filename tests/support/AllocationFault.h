@@ -3,12 +3,13 @@
 #include <cstddef>
 
 /// Lets the n-th allocation by operator new from now on fail, alone or with all that follow, until the end of
-/// the scope. The source replaces the operator new of the whole program, which is for one thread then.
+/// the scope; number 0 lets all succeed. The source replaces the operator new of the whole program, which is
+/// for one thread then: it is compiled into programs of their own.
 class AllocationFault {
  public:
   enum class Extent { Alone, WithAllThatFollow };
 
-  AllocationFault(std::size_t number, Extent extent) noexcept;
+  explicit AllocationFault(std::size_t number, Extent extent = Extent::Alone) noexcept;
   ~AllocationFault();
   AllocationFault(const AllocationFault&) = delete;
   AllocationFault& operator=(const AllocationFault&) = delete;
