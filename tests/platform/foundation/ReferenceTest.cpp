@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "platform/foundation/ChangeObserver.h"
 #include "tests/platform/foundation/Probing.h"
 
 using namespace probing;
