@@ -54,7 +54,9 @@ void ContainmentSlot::checkInsertable(const ModelElement::Impl* child) const {
 
 ModelElement ContainmentSlot::resolveProxy(const ModelElement& proxy) {
   owner().checkWritable(index());
-  const ModelElement keep(proxy), loaded = peekResolveProxy(proxy);
+  // What is resolved may change the handle that was given.
+  const ModelElement keep(proxy);  // NOLINT(performance-unnecessary-copy-initialization)
+  const ModelElement loaded = peekResolveProxy(keep);
   if (!loaded) return loaded;
   checkInsertable(loaded.impl());
   Transaction transaction = owner().modelImpl()->beginTransaction(false);

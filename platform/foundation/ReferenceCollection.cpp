@@ -272,6 +272,7 @@ bool ReferenceCollectionCore::containsProxyTo(const boost::uuids::uuid& uuid) co
 void ReferenceCollectionCore::checkReplacement(const std::vector<ModelElement>& elements) const {
   for (const ModelElement& element : elements) checkAddable(element.impl());
   std::vector<const ModelElement::Impl*> sorted;
+  sorted.reserve(elements.size());
   for (const ModelElement& element : elements) sorted.push_back(element.impl());
   std::sort(sorted.begin(), sorted.end(), std::less<>());
   if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end())

@@ -207,7 +207,7 @@ class ND_PLATFORM_EXPORT Value {
   }
 
   template <class T>
-  static constexpr detail::ValueOperations operationsOf(bool isUnmanaged) noexcept {
+  static constexpr detail::ValueOperations operationsOf(bool isUnmanaged) {
     return {typeid(T),
             [](void* to, const void* from) {
               if constexpr (FitsInline<T>)
