@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <string>
+#include <thread>
 
 #include <boost/uuid/string_generator.hpp>
 
@@ -10,6 +11,9 @@
 #include "platform/foundation/CreateElement.h"
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/Query.h"
+#include "platform/foundation/meta/Access.h"
+#include "platform/foundation/meta/MetaRegistry.h"
+#include "platform/foundation/meta/PropertySerializer.h"
 #include "platform/text/Convert.h"
 
 using namespace nd::data::adapter;
@@ -17,6 +21,9 @@ using lx::base::Model;
 using lx::base::ModelElement;
 using lx::base::Transaction;
 using lx::base::Value;
+using lx::base::meta::MetaRegistry;
+using lx::base::meta::Property;
+using lx::base::meta::PropertySerializerRegistry;
 using lx::text::toUtf8;
 
 namespace {
@@ -38,6 +45,16 @@ void elementsBelongToTheirModel() {
   same.destroy();
   std::cout << "alive: " << tuple.isAlive() << ", id: \"" << toUtf8(tuple.id()) << "\"\n";
   // [/elements]
+}
+
+void modelsHaveTheirPurposes() {
+  // [models]
+  const Model task = Model::createTransientModel();
+  const auto uuid = boost::uuids::string_generator()("96e7e68d-dd59-3a6d-9f81-067fb4700702");
+  const Model settings = Model::createRegistryModel(u"settings", uuid);
+  std::cout << "transient: " << task.isTransient() << ", address: " << toUtf8(settings.address())
+            << ", by its UUID: " << (settings.identifier() == uuid) << '\n';
+  // [/models]
 }
 
 void containersOwnWhatTheyContain() {
@@ -103,6 +120,28 @@ void aFailureLeavesNothingHalfMade() {
   // [/failure]
 }
 
+void aFrozenModelRefusesChanges() {
+  // [freezing]
+  const Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  Transaction open = model.impl()->beginTransaction(false);
+  tuple.setId(u"Gain");
+  Model::Freezer::freeze(model);
+  tuple.setId(u"Gain");  // changes nothing, so that nothing is refused
+  try {
+    tuple.setId(u"Offset");
+  } catch (const std::exception& error) {
+    std::cout << error.what() << '\n';
+  }
+  open.commit();  // was begun before
+  {
+    const Model::Thawer thawed = Model::Freezer::thaw(model);
+    tuple.setId(tuple.id() + u" 2");
+  }
+  std::cout << toUtf8(tuple.id()) << ", frozen: " << model.impl()->isFrozen() << '\n';
+  // [/freezing]
+}
+
 // [observer]
 class Log final : public lx::base::ChangeObserver {
  public:
@@ -153,11 +192,90 @@ void reflectionKnowsEveryPropertyByName() {
   const Model model = Model::create();
   const AdapterConfig config = AdapterConfig::create(model);
   config.setPropertyValue(u"adapterName", Value(std::u16string(u"JSON")));
-  for (const lx::base::meta::Property& property : config.getMetaClass().getProperties()) {
+  for (const Property& property : config.getMetaClass().getProperties()) {
     std::cout << toUtf8(property.getName()) << ": " << toUtf8(property.getType().getName()) << '\n';
   }
   std::cout << toUtf8(config.getPropertyValue(u"adapterName").as<std::u16string>()) << '\n';
   // [/reflection]
+}
+
+void operationsAreCalledByName() {
+  // [operations]
+  const Model model = Model::create();
+  const AdapterError error = AdapterError::create(model);
+  error.invoke(u"setError",
+               {Value(AdapterDiagnostic::NoPermission), Value(u"locked"), Value(u"JSON"), Value(u"a.json")});
+  std::cout << toUtf8(toText(error.invoke(u"getId", {}).as<AdapterDiagnostic>())) << '\n';
+  try {
+    error.invoke(u"setError", {Value(u"locked")});
+  } catch (const std::exception& refusal) {
+    std::cout << refusal.what() << '\n';
+  }
+  // [/operations]
+}
+
+void aTagSaysWhatReflectionMayRead() {
+  // [access]
+  const Model model = Model::create();
+  const AdapterError error = AdapterError::create(model);
+  error.setError(AdapterDiagnostic::NoPermission, u"locked", u"JSON", u"a.json");
+  const Property adapter = error.getMetaClass().property(u"Adapter");  // internal to its class
+  const Value name = lx::base::meta::getPropertyValue(error, adapter, lx::base::access::Internal());
+  std::cout << toUtf8(name.as<std::u16string>()) << '\n';
+  try {
+    lx::base::meta::getPropertyValue(error, adapter, lx::base::access::Public());
+  } catch (const std::exception& refusal) {
+    std::cout << refusal.what() << '\n';
+  }
+  // [/access]
+}
+
+void serializersTurnValuesIntoText() {
+  // [serializers]
+  const PropertySerializerRegistry& serializers = PropertySerializerRegistry::getInstance();
+  const Property x = ChangeTuple::metaClass().property(u"x");
+  const auto change = serializers.find(x.getType().getQualifiedName());
+  std::cout << toUtf8(change->serializeValue(Value(ChangeType::Modify)))
+            << ", read again: " << (change->parseValue(u"Modify") == Value(ChangeType::Modify))
+            << ", absent: " << !change->serializeOptionalValue(change->createEmptyOptionalValue()) << '\n';
+
+  const Property workspace = DataContainer::metaClass().property(u"DataCache");
+  const auto pointer = serializers.find(workspace.getType().getQualifiedName());
+  std::cout << "in memory only: " << pointer->isTransientOnly() << '\n';
+  // [/serializers]
+}
+
+void aValueSaysToWhomItsContentBelongs() {
+  // [unmanaged]
+  const Model model = Model::create();
+  const DataContainer container = DataContainer::create(model);
+  container.getConditionControlsMutable().assign({u"Mass", u"Drag"});
+  Value controls = container.getPropertyValue(u"ConditionControls");
+  const Value combined = PropertySerializerRegistry::getInstance()
+                             .find(u"lx.base.String")
+                             ->combineAsUnmanagedSequenceValue({Value(u"Mass"), Value(u"Drag")});
+  std::cout << "unmanaged: " << controls.isUnmanaged() << ' ' << combined.isUnmanaged()
+            << ", equal: " << (controls == combined) << '\n';
+  lx::base::ValueMeta(controls).setUnmanaged();
+  std::cout << "unmanaged: " << controls.isUnmanaged() << '\n';
+  // [/unmanaged]
+}
+
+void theRegistryKnowsEveryType() {
+  // [registry]
+  const MetaRegistry& registry = MetaRegistry::getInstance();
+  const lx::base::meta::Class tuple = ChangeTuple::metaClass();
+  std::cout << toUtf8(registry.getType(u"String").getQualifiedName())
+            << ", the same class: " << (registry.getClass(u"nd.data.adapter.ChangeTuple") == tuple) << '\n';
+  try {
+    registry.getClass(u"String");  // a type, but no class
+  } catch (const std::exception& error) {
+    std::cout << error.what() << '\n';
+  }
+  std::size_t properties = 0;
+  std::thread([&] { properties = tuple.getProperties().size(); }).join();
+  std::cout << properties << " properties\n";
+  // [/registry]
 }
 
 void queriesFindElements() {
@@ -195,13 +313,20 @@ void proxiesStandForWhatIsNotLoaded() {
 int main() {
   std::cout << std::boolalpha;
   elementsBelongToTheirModel();
+  modelsHaveTheirPurposes();
   containersOwnWhatTheyContain();
   keysKeepTheirOrder();
   whatIsNotCommittedIsUndone();
   aFailureLeavesNothingHalfMade();
+  aFrozenModelRefusesChanges();
   observersHearOfEachCommitOnce();
   buildersMakeWholeTrees();
   reflectionKnowsEveryPropertyByName();
+  operationsAreCalledByName();
+  aTagSaysWhatReflectionMayRead();
+  serializersTurnValuesIntoText();
+  aValueSaysToWhomItsContentBelongs();
+  theRegistryKnowsEveryType();
   queriesFindElements();
   proxiesStandForWhatIsNotLoaded();
 }

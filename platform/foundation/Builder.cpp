@@ -1,26 +1,9 @@
 #include "platform/foundation/Builder.h"
 
 #include "platform/foundation/Report.h"
+#include "platform/foundation/internal/Meanwhile.h"
 
 namespace lx::base {
-
-namespace {
-
-/// Give a place another value for a time.
-template <class T>
-class Meanwhile {
- public:
-  Meanwhile(T& place, T value) : place_(place), former_(std::exchange(place, std::move(value))) {}
-  Meanwhile(const Meanwhile&) = delete;
-  Meanwhile& operator=(const Meanwhile&) = delete;
-  ~Meanwhile() { place_ = std::move(former_); }
-
- private:
-  T& place_;
-  T former_;
-};
-
-}  // namespace
 
 ModelElement::Builder::~Builder() = default;
 
@@ -43,8 +26,8 @@ ModelElement ModelElement::Builder::createIn(const Model& model, const boost::uu
 
 ModelElement ModelElement::Builder::createWithin(Orchestrator& orchestrator, const Model& model,
                                                  const boost::uuids::uuid& uuid) {
-  const Meanwhile<Model> there(model_, model);
-  const Meanwhile<Orchestrator*> scope(orchestrator_, &orchestrator);
+  const detail::Meanwhile<Model> there(model_, model);
+  const detail::Meanwhile<Orchestrator*> scope(orchestrator_, &orchestrator);
   return doCreate(false, uuid);
 }
 

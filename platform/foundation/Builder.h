@@ -11,6 +11,7 @@
 #include <boost/optional.hpp>
 
 #include "platform/export.h"
+#include "platform/foundation/CreateElement.h"
 #include "platform/foundation/FieldTable.h"
 
 namespace lx::base {
@@ -28,8 +29,11 @@ class ND_PLATFORM_EXPORT ModelElement::Builder {
   class Orchestrator;
 
   Builder() = default;
-  Builder(const Builder&) = default;
-  Builder& operator=(const Builder&) = default;
+  Builder(const Builder& other) : model_(other.model_) {}  // a creation that is under way is not the copy's
+  Builder& operator=(const Builder& other) {
+    model_ = other.model_;
+    return *this;
+  }
   virtual ~Builder();
 
   /// Give the class of the elements that the builder makes.
@@ -39,7 +43,7 @@ class ND_PLATFORM_EXPORT ModelElement::Builder {
   /// Raises `NoSuchType` for a property of another class, `CannotCastIncompatibleTypes` for another type.
   virtual void setOrAdd(const meta::Property& property, const Value& value) = 0;
 
-  /// Set or adds what a child builder is to make. Raises `CannotAddSecondObject` for a second child of a
+  /// Set or add what a child builder is to make. Raises `CannotAddSecondObject` for a second child of a
   /// property that holds one, `InvalidValue` for a property that takes no elements.
   virtual void setOrAdd(const meta::Property& property, std::unique_ptr<Builder> child) = 0;
 
@@ -128,9 +132,6 @@ class ND_PLATFORM_EXPORT ModelElement::BuilderWrapper {
 
   void setModel(const Model& model) { builder_->setModel(model); }
   ModelElement create(const boost::uuids::uuid& uuid) { return builder_->create(uuid); }
-  ModelElement createIn(const Model& model, const boost::uuids::uuid& uuid) {
-    return builder_->createIn(model, uuid);
-  }
   const std::shared_ptr<Builder>& builder() const noexcept { return builder_; }
 
  private:
@@ -339,8 +340,8 @@ ModelElement build(const ModelElement::Builder& builder, const ValuesT& values,
                    ModelElement::Builder::Orchestrator& orchestrator, bool defer,
                    const boost::uuids::uuid& uuid) {
   if (ModelElement known = orchestrator.getCreatedElement(builder)) return known;
-  auto* const impl = new typename E::Impl(builder.getModel(), uuid);
-  const ModelElement element(impl);
+  const ModelElement element = allocateElement<E>(builder.getModel(), uuid);
+  auto* const impl = static_cast<typename E::Impl*>(element.impl());
   values.applyTo(*impl);
   orchestrator.add(builder, element);
   const auto rest = [element, impl, &builder, &values, &orchestrator] {

@@ -3,13 +3,14 @@
 #include <cstddef>
 #include <iterator>
 
-#include "platform/foundation/ContainmentSlot.h"
+#include "platform/foundation/OwnedCollection.h"
 #include "platform/foundation/Report.h"
 
 namespace lx::base {
 
-/// Walks over a collection by position. Going on, or looking, after the collection has changed or its owner
-/// has gone raises `InvalidValue`; the iterator keeps the owner's memory.
+/// Walks over a collection by position. Going on, or looking, raises `InvalidValue` after the collection has
+/// changed or its owner has gone, at the end, and in an iterator of no collection; the iterator keeps the
+/// owner's memory.
 template <class Collection>
 class CollectionIterator {
  public:
@@ -46,9 +47,11 @@ class CollectionIterator {
 
  private:
   void check() const {
-    if (!owner_.isAlive() || collection_->stamp() != stamp_) {
+    if (collection_ == nullptr) report::walkOfNothing();
+    if (!owner_.isAlive() || collection_->stamp() != stamp_)
       report::changedWhileWalked(collection_->owner(), collection_->index());
-    }
+    if (position_ == collection_->endPosition())
+      report::walkedTooFar(collection_->owner(), collection_->index());
   }
 
   const Collection* collection_ = nullptr;

@@ -7,8 +7,9 @@ namespace lx::base::detail {
 ContainedReferenceCore::~ContainedReferenceCore() = default;
 
 void ContainedReferenceCore::setElement(ModelElement::Impl* child) {
-  owner().checkWritable(index());
+  owner().checkPresent(index());
   if (child == target_) return;
+  owner().checkWritable(index());
   if (child != nullptr) checkAddable(child);
   const ModelElement keep(child);
   Transaction transaction = owner().modelImpl()->beginTransaction(false);

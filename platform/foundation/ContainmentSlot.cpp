@@ -8,12 +8,6 @@
 
 namespace lx::base {
 
-AbstractOwnedCollection::~AbstractOwnedCollection() = default;
-
-meta::Property AbstractOwnedCollection::getCollectionProperty() const {
-  return owner_->getPropertyByIndex(index_);
-}
-
 namespace detail {
 
 void ContainmentSlot::checkCompatibleModel(const ModelElement::Impl& child) const {
@@ -34,17 +28,12 @@ void ContainmentSlot::checkAddable(const ModelElement::Impl* child) const {
 }
 
 void ContainmentSlot::checkReplacement(const std::vector<ModelElement>& elements) const {
-  std::vector<const ModelElement::Impl*> children;
+  for (const ModelElement& element : elements) checkAddable(element.impl());
+  checkEachOnce(*this, elements);
   for (const ModelElement& element : elements) {
-    checkAddable(element.impl());
     for (const ModelElement::Impl* each = element.impl(); each != nullptr; each = each->container()) {
       if (each->containmentSlot() == this) report::cannotAddNonExistentObject(owner(), index());
     }
-    children.push_back(element.impl());
-  }
-  std::sort(children.begin(), children.end(), std::less<>());
-  if (std::adjacent_find(children.begin(), children.end()) != children.end()) {
-    report::invalidValue(owner().nameOfProperty(index()), u"the list names an element twice; name it once.");
   }
 }
 

@@ -3,14 +3,16 @@
 #include <type_traits>
 
 #include "platform/foundation/ModelAccess.h"
+#include "platform/foundation/meta/Meta.h"
 
 namespace lx::base::detail {
 
 /// Raise `InvalidValue` that names the operation if the model is null or gone.
 ND_PLATFORM_EXPORT void checkModel(const char* operation, const Model& model);
 
-/// Raise `InvalidValue` that names the operation if the identity is nil.
-ND_PLATFORM_EXPORT void checkIdentity(const char* operation, const boost::uuids::uuid& uuid);
+/// Raise `InvalidValue` that names the class of a proxy if the model is null or gone or the identity is nil.
+ND_PLATFORM_EXPORT void checkProxy(const meta::Class& ofClass, const Model& model,
+                                   const boost::uuids::uuid& uuid);
 
 /// Whether a class has no say in the creation of its elements, and none in their end.
 template <class ImplT>
@@ -18,7 +20,16 @@ inline constexpr bool IsMuteAtCreation =
     std::is_same_v<decltype(&ImplT::didCreate), void (ModelElement::Impl::*)()>;
 template <class ImplT>
 inline constexpr bool IsMuteAtItsEnd =
-    std::is_same_v<decltype(&ImplT::aboutToDestroy), void (ModelElement::Impl::*)()>;
+    std::is_same_v<decltype(&ImplT::aboutToDestroy), void (ModelElement::Impl::*)()>&&
+        std::is_same_v<decltype(&ImplT::notifyDestroying), void (ModelElement::Impl::*)()>;
+
+/// Make an element that is not in its model yet.
+template <class E>
+E allocateElement(const Model& model, const boost::uuids::uuid& uuid) {
+  auto* const impl = new typename E::Impl(model, uuid);
+  if constexpr (IsMuteAtItsEnd<typename E::Impl>) ModelAccess::setMute(*impl);
+  return E(impl);
+}
 
 /// Make an element in a model, in one transaction; an exception leaves nothing of it.
 template <class E>
@@ -26,16 +37,18 @@ E createElement(const char* operation, const Model& model, const boost::uuids::u
   using ImplT = typename E::Impl;
   const bool isAlive = model && model.impl()->isAlive();
   if (!isAlive) checkModel(operation, model);
-  const E element(new ImplT(model, uuid));
-  if constexpr (IsMuteAtItsEnd<ImplT>) ModelAccess::setMute(*element.impl());
   if constexpr (IsMuteAtCreation<ImplT>) {
+    ModelAccess::checkUsable(*model.impl());
+    const E element = allocateElement<E>(model, uuid);
     ModelAccess::createMute(element);
+    return element;
   } else {
     Transaction transaction = model.impl()->beginTransaction(false);
+    const E element = allocateElement<E>(model, uuid);
     element.impl()->notifyCreated();
     transaction.commit();
+    return element;
   }
-  return element;
 }
 
 /// Give the element on which an operation is called; raise `InvalidValue` that names it if the element is
@@ -58,10 +71,9 @@ namespace lx::base {
 /// model has the element.
 template <class E>
 E createProxy(const Model& model, const boost::uuids::uuid& uuid) {
-  detail::checkModel("createProxy", model);
-  detail::checkIdentity("createProxy", uuid);
+  detail::checkProxy(E::metaClass(), model, uuid);
   Transaction transaction = model.impl()->beginTransaction(false);
-  const E element(new typename E::Impl(model, uuid));
+  const E element = detail::allocateElement<E>(model, uuid);
   static_cast<const ModelElement&>(element).impl()->notifyCreatedAsProxy();
   transaction.commit();
   return element;

@@ -15,8 +15,9 @@ E createInto(Collection& collection, Builder builder, const boost::uuids::uuid& 
   ModelElement::Impl& owner = collection.owner();
   owner.checkWritable(collection.index());
   typename E::BuilderWrapper wrapper(std::move(builder));
+  wrapper.setModel(owner.getModel());
   Transaction transaction = owner.modelImpl()->beginTransaction(false);
-  const E child(static_cast<typename E::Impl*>(wrapper.createIn(owner.getModel(), uuid).impl()));
+  const E child(static_cast<typename E::Impl*>(wrapper.create(uuid).impl()));
   collection.add(child);
   transaction.commit();
   return child;

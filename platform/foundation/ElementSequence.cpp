@@ -115,7 +115,7 @@ void ElementSequenceCore::visitContained(ModelElement::Impl::ContainedVisitor& v
 
 void ElementSequenceCore::letGo() noexcept {
   elements_.clear();
-  journal_.trimTo(nullptr);
+  journal_.clear();
   changed();
 }
 

@@ -115,7 +115,8 @@ class ElementSequence : public detail::ElementSequenceCore {
   }
 
   iterator begin() const { return iterator(*this, 0); }
-  iterator end() const { return iterator(*this, size()); }
+  iterator end() const { return iterator(*this, endPosition()); }
+  std::size_t endPosition() const noexcept { return size(); }
 
   E atPosition(std::size_t position) const { return typed(elements()[position]); }
   std::size_t nextPosition(std::size_t position) const noexcept { return position + 1; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -69,9 +70,9 @@ bool isMadeOf(const Collection& field, const std::vector<ModelElement>& elements
 }
 
 /// Replace what a collection holds: the former elements are destroyed if it contains them, the new
-/// ones put in, in their order. A list that is there already stays. One that names some of it raises
-/// `CannotAddNonExistentObject`, one that names an element twice `InvalidValue`; what else adding raises is
-/// raised likewise before any element has been told that it is about to be destroyed.
+/// ones put in, in their order. A list that is there already stays. One that names some of what is
+/// contained raises `CannotAddNonExistentObject`, one that names an element twice `InvalidValue`; what else
+/// adding raises is raised likewise before any element has been told that it is about to be destroyed.
 template <class Collection>
 void replaceElements(Collection& field, const std::vector<ModelElement>& elements) {
   field.owner().checkWritable(field.index());
@@ -94,10 +95,6 @@ void setFromValue(ImplT&, Collection& field, std::nullptr_t, const Value& value)
   replaceElements(field, value.as<std::vector<ModelElement>>());
 }
 
-}  // namespace detail
-
-namespace detail {
-
 /// Whether letting go of a value runs no code but the language's own: numbers, texts, lists of them.
 template <class T>
 struct IsInert : std::is_trivially_destructible<T> {};
@@ -105,6 +102,8 @@ template <class C>
 struct IsInert<std::basic_string<C>> : std::true_type {};
 template <class T>
 struct IsInert<std::vector<T>> : IsInert<T> {};
+template <class T, class C>
+struct IsInert<std::set<T, C>> : IsInert<T> {};
 template <class T>
 struct IsInert<boost::optional<T>> : IsInert<T> {};
 template <class Core>
@@ -130,7 +129,7 @@ struct Field {
   template <class ImplT>
   static void set([[maybe_unused]] ImplT& self, const meta::Property& property,
                   [[maybe_unused]] const Value& value) {
-    property.checkSettable();
+    property.checkSettable(self);
     using MemberT = std::remove_reference_t<decltype(self.*Member)>;
     constexpr bool isCollection = std::is_base_of_v<AbstractOwnedCollection, MemberT> &&
                                   !std::is_base_of_v<detail::ContainedReferenceCore, MemberT> &&
@@ -212,16 +211,6 @@ struct FieldTable {
     (Fields::member(self).letGo(), ...);
   }
 
-  /// Give, ask for and set a property by its description; false, or an empty value, if the class adds no such
-  /// one.
-  template <class ImplT>
-  static bool get(const ImplT& self, const meta::Property& property, Value& result) {
-    return withProperty(self, property, [&](auto field) {
-      const auto& member = decltype(field)::member(self);
-      result = self.isAlive() ? member.toValue() : member.zeroValue();
-    });
-  }
-
   /// Tell whether the property of the index holds a proxy of that identity; false, as an answer of its own,
   /// if the class adds no such property.
   template <class ImplT>
@@ -233,6 +222,16 @@ struct FieldTable {
         result = member.containsProxyTo(uuid);
       else
         result = false;
+    });
+  }
+
+  /// Give, ask for and set a property by its description; false, or an empty value, if the class adds no such
+  /// one.
+  template <class ImplT>
+  static bool get(const ImplT& self, const meta::Property& property, Value& result) {
+    return withProperty(self, property, [&](auto field) {
+      const auto& member = decltype(field)::member(self);
+      result = self.isAlive() ? member.toValue() : member.zeroValue();
     });
   }
 

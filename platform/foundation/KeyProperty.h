@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/foundation/ElementMap.h"
+#include "platform/foundation/KeyedCollectionCore.h"
 #include "platform/foundation/Single.h"
 
 namespace lx::base::detail {
@@ -11,18 +11,18 @@ namespace lx::base::detail {
 template <class K>
 void setKey(ModelElement::Impl& self, Single<K>& field, const std::type_identity_t<K>& value,
             unsigned index) {
-  self.checkWritable(index);
+  self.checkPresent(index);
   if (equalValues(field.get(), value)) return;
+  self.checkWritable(index);
   K next(value);
   ContainmentSlot* const slot = self.containmentSlot();
-  if (slot == nullptr || slot->keyIndex() != index) return assign(self, field, next, index);
-
+  if (slot == nullptr || slot->keyIndex() != index) {
+    self.notifyModifying(index);  // never final: undoing may bring the element back to where its key counts
+    return assign(self, field, next, index);
+  }
   auto& collection = static_cast<KeyedCollectionCore<K>&>(*slot);
   collection.checkFree(next);
-  MutationScope scope(*self.modelImpl());
-  self.notifyModifying(index);
   collection.rekey(self, [&]() noexcept { field.swap(next); });
-  scope.commit();
 }
 
 }  // namespace lx::base::detail

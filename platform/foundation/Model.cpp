@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "platform/foundation/CreateElement.h"
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/Report.h"
+#include "platform/foundation/meta/MetaRegistry.h"
 
 namespace lx::base {
 
@@ -35,6 +35,10 @@ Model& Model::operator=(Model&& other) noexcept {
   Model taken(std::move(other));
   std::swap(impl_, taken.impl_);
   return *this;
+}
+
+meta::Class Model::metaClass() {
+  return meta::MetaRegistry::getInstance().getClass(u"lx.base.Model");
 }
 
 Model Model::create(const Constellation& constellation,
@@ -73,15 +77,6 @@ void Model::destroy() const {
   if (impl_ == nullptr) report::invalidValue("Model.destroy", "the handle is null; give a model.");
   impl_->destroy();
 }
-
-namespace detail {
-
-void checkModel(const char* operation, const Model& model) {
-  if (!model.isAlive())
-    report::invalidValue(operation, "the model is null or was destroyed; give one that is alive.");
-}
-
-}  // namespace detail
 
 Model::Thawer::Thawer(const Model& model) noexcept : model_(model) {
   if (model_) model_.impl()->frozen_ = false;

@@ -11,6 +11,10 @@
 
 namespace lx::base {
 
+namespace meta {
+class Class;
+}
+
 class ChangeObserver;
 class ModelElement;
 class Transaction;
@@ -55,6 +59,9 @@ class ND_PLATFORM_EXPORT Model {
   Model& operator=(const Model& other) noexcept;
   Model& operator=(Model&& other) noexcept;
   ~Model();
+
+  /// Give the class that describes models: it has no elements.
+  static meta::Class metaClass();
 
   /// Make a new, empty model.
   static Model create(
@@ -115,7 +122,8 @@ class ND_PLATFORM_EXPORT Model::Thawer {
   Model model_;
 };
 
-/// Makes a model read-only: every mutator on it and its elements then raises `InvalidValue`.
+/// Makes a model read-only: every mutator on it and its elements then raises `InvalidValue`, and no
+/// transaction can be begun. One that is open can still be committed or undone.
 class ND_PLATFORM_EXPORT Model::Freezer {
  public:
   /// Make the model read-only. Raises `InvalidValue` for a null or dead model.

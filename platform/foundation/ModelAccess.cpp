@@ -21,6 +21,11 @@
 // last, since the change set reads old values in them. If this commit lies within a notice, whose change set
 // may reach over changes that were made since, the storages of what lives are kept until the outermost notice
 // has ended.
+//
+// What stands alone needs no level. A setter outside of a transaction assigns and tells one old value, which
+// lives on its stack; so does the creation, and the end, of an element whose class has no say in it and
+// that nothing else is concerned by. Observers can't tell the difference, and such a change counts as a
+// transaction, too.
 
 #include "platform/foundation/ModelAccess.h"
 
@@ -33,15 +38,11 @@ namespace lx::base {
 
 using detail::Level;
 
-namespace {
-
-void checkUsable(const Model::Impl& model) {
-  if (!model.isAlive())
-    report::invalidValue("Model.beginTransaction", "the model was destroyed; make a new one.");
-  if (model.isFrozen()) report::invalidValue("Model.beginTransaction", "the model is frozen; thaw it first.");
+void ModelAccess::raiseUnusable(const Model::Impl& model) {
+  report::invalidValue("Model.beginTransaction", model.isAlive()
+                                                     ? "the model is frozen; thaw it first."
+                                                     : "the model was destroyed; make a new one.");
 }
-
-}  // namespace
 
 Level& ModelAccess::begin(Model::Impl& model, bool quiet) {
   checkUsable(model);
@@ -95,9 +96,7 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
   const bool tells = !level.quiet && !model.observers_.empty();
   const std::vector<ModelElement> created = tells ? createdIn(level) : std::vector<ModelElement>();
   const std::vector<ModelElement> destroyed = tells ? destroyedIn(level) : std::vector<ModelElement>();
-  for (Storage* storage = level.saved; storage != nullptr; storage = storage->next_) {
-    storage->revertUnchanged(*storage->element_);
-  }
+  forgetUnchanged(level);
 
   // From here on nothing throws: the changes stand.
   const Model keep(&model);
@@ -110,6 +109,22 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
     notify(model, ChangeSet(model, created, destroyed, saved, &told));
   bury(dead);
   retire(model, saved);
+}
+
+/// Forget what was changed and changed back. An exception leaves all as it was, so that it can be undone.
+void ModelAccess::forgetUnchanged(Level& level) {
+  Storage* storage = level.saved;
+  try {
+    for (; storage != nullptr; storage = storage->next_) {
+      storage->maskBefore_ = storage->mask_;
+      storage->revertUnchanged(*storage->element_);
+    }
+  } catch (...) {
+    for (Storage* each = level.saved;; each = each->next_) {
+      each->mask_ = each->maskBefore_;
+      if (each == storage) throw;
+    }
+  }
 }
 
 /// End the record of the outermost level: no element has a storage any more, and those that died are taken
@@ -314,7 +329,7 @@ void ModelAccess::notify(Model::Impl& model, const ChangeSet& changes) noexcept 
     std::erase(model.observers_, nullptr);
     model.lostObservers_ = false;
   }
-  release(std::exchange(model.retained_, nullptr));
+  if (model.retained_ != nullptr) release(std::exchange(model.retained_, nullptr));
 }
 
 void ModelAccess::tellLoneChange(Element& element, const Storage& saved) noexcept {
@@ -328,7 +343,6 @@ void ModelAccess::tellLoneChange(Element& element, const Storage& saved) noexcep
 void ModelAccess::createMute(const ModelElement& created) {
   Element& element = *created.impl();
   Model::Impl& model = *element.model_;
-  checkUsable(model);
   countTransaction(model);
   if ((element.flags_ & Element::Identified) != 0) model.identify(element.uuid_, element);
   link(element);

@@ -37,6 +37,11 @@ class ND_PLATFORM_EXPORT ModelAccess {
   using Element = ModelElement::Impl;
   using Storage = ModelElement::Impl::Storage;
 
+  /// Raise `InvalidValue` unless a transaction can be begun: the model is there and not frozen.
+  static void checkUsable(const Model::Impl& model) {
+    if (!model.alive_ || model.frozen_) raiseUnusable(model);
+  }
+
   static detail::Level& begin(Model::Impl& model, bool quiet);
   static void commit(detail::Level& level, const boost::optional<Value>& label);
   static void rollBack(detail::Level& level) noexcept;
@@ -59,11 +64,12 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static void tellLoneChange(ModelElement::Impl& element, const Storage& saved) noexcept;
 
   /// Bring an element that has no say in its creation into its model, as a transaction that joins the open
-  /// one or is alone. Raises `CannotAddSecondObject` for an identity that is in use; nothing has then
-  /// changed.
+  /// one or is alone. The caller has found the model usable. Raises `CannotAddSecondObject` for an identity
+  /// that is in use; nothing has then changed.
   static void createMute(const ModelElement& created);
 
-  /// Say that an element's class does nothing in `aboutToDestroy`.
+  /// Say that an element's class does nothing in `aboutToDestroy` and `notifyDestroying`, which are then not
+  /// called if nothing else is concerned by its end; nor is `disassociateIncoming`, as nothing refers to it.
   static void setMute(Element& element) noexcept { element.flags_ |= Element::Mute; }
 
   static void link(Element& element) noexcept;
@@ -75,7 +81,9 @@ class ND_PLATFORM_EXPORT ModelAccess {
     element.next_ = nullptr;
   }
   static void tell(Element& element);
-  static void destroyContents(Element& element);
+
+  /// Destroy what an element contains; false if something stays that is being destroyed already.
+  static bool destroyContents(Element& element);
   static void destroy(Element& element);
   static void tearDown(Model::Impl& model, bool swallow);
 
@@ -93,6 +101,7 @@ class ND_PLATFORM_EXPORT ModelAccess {
   }
 
  private:
+  [[noreturn]] static void raiseUnusable(const Model::Impl& model);
   static bool hasChangedProperty(const Storage& saved) noexcept {
     constexpr std::uint64_t NoProperty =
         std::uint64_t{1} << Element::LifeIndex | std::uint64_t{1} << Element::ContainerIndex;
@@ -107,7 +116,9 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static void tellModel(Model::Impl& model, bool swallow);
   static void untell(Model::Impl& model, std::size_t from) noexcept;
   static void kill(Element& element);
+  static void killReplaced(Model::Impl& model, std::size_t toldBefore);
   static void handOver(detail::Level& level) noexcept;
+  static void forgetUnchanged(detail::Level& level);
   static std::vector<ModelElement> createdIn(const detail::Level& level);
   static std::vector<ModelElement> destroyedIn(const detail::Level& level);
   static bool hasChanges(const Storage* saved) noexcept;
@@ -128,7 +139,8 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static void forget(Element& element) noexcept;
 };
 
-/// While one lives, what is changed in what the element contains is final: no old value of it is kept.
+/// While one lives, the values that are set in what the element contains are final: no old ones are kept.
+/// Keys, contained elements and references are no such values: what undoing relinks depends on them.
 ///
 /// The foundation has one in place while it calls an element's `aboutToDestroy`.
 class ND_PLATFORM_EXPORT FinalChanges {

@@ -12,6 +12,7 @@
 #include "platform/foundation/ContainmentSlot.h"
 #include "platform/foundation/ModelAccess.h"
 #include "platform/foundation/Report.h"
+#include "platform/foundation/internal/Meanwhile.h"
 
 namespace lx::base {
 
@@ -78,23 +79,39 @@ bool isWithin(const ModelElement::Impl& root, const ModelElement::Impl& element)
 
 }  // namespace
 
+/// Tell an element, and then what it contains: through a list and not by calling each other, since containers
+/// may stand in each other however deep.
 void ModelAccess::tell(Element& element) {
   if (element.isBeingDestroyed()) return;
-  element.model_->told_.emplace_back(&element);
+  const ModelElement keep(&element);  // a transaction that made it may be undone meanwhile
+  Model::Impl& model = *element.model_;
+  model.told_.emplace_back(&element);
   element.flags_ |= Element::Told;
   {
     const FinalChanges finality(element);
     element.aboutToDestroy();
   }
-  for (const ModelElement& child : Children(element).elements) {
-    if (!element.isBeingDestroyed()) return;  // a transaction around it was undone
-    if (child.isAlive() && child.impl()->container() == &element) child.impl()->notifyDestroying();
+  if (!element.isBeingDestroyed()) return;  // a transaction around it was undone
+  std::vector<ModelElement> children = Children(element).elements;
+  if (model.toBeTold_ != nullptr) {
+    model.toBeTold_->insert(model.toBeTold_->end(), children.rbegin(), children.rend());
+    return;
+  }
+  std::vector<ModelElement> next(children.rbegin(), children.rend());
+  const detail::Meanwhile list(model.toBeTold_, &next);
+  while (!next.empty()) {
+    const ModelElement child = std::move(next.back());
+    next.pop_back();
+    const Element* const container = child.impl()->container();
+    if (container != nullptr && container->isBeingDestroyed()) child.impl()->notifyDestroying();
   }
 }
 
 /// Tell an element and all that it contains, again and again until nothing untold has come into it.
 void ModelAccess::tellAll(Element& root, const Transaction& transaction) {
   const Model model(root.model_);
+  const detail::Meanwhile list(model.impl()->toBeTold_,
+                               nullptr);  // what is under way goes on when this has ended
   root.notifyDestroying();
   std::size_t known = 0;
   do {
@@ -109,19 +126,24 @@ void ModelAccess::tellAll(Element& root, const Transaction& transaction) {
 /// Tell every element of a model that ends: each behind its container, also what has come meanwhile.
 void ModelAccess::tellModel(Model::Impl& model, bool swallow) {
   std::size_t known = 0;
+  bool isCutShort = false;
   do {
     known = model.told_.size();
-    for (Element* element = model.oldest_; element != nullptr; element = element->next_) {
+    isCutShort = false;
+    for (Element* element = model.oldest_; element != nullptr && !isCutShort;) {
+      const ModelElement keep(element);
       const Element* const container = element->container();
       const bool isNext = container == nullptr || container->isBeingDestroyed();
-      if (!element->isAlive() || element->isBeingDestroyed() || !isNext) continue;
       try {
-        element->notifyDestroying();
+        if (element->isAlive() && !element->isBeingDestroyed() && isNext) element->notifyDestroying();
       } catch (...) {
         if (!swallow) throw;
       }
+      isCutShort =
+          element->model_ == nullptr;  // it went with the transaction that made it, and its place, too
+      element = element->next_;
     }
-  } while (model.told_.size() != known);
+  } while (isCutShort || model.told_.size() != known);
 }
 
 void ModelAccess::untell(Model::Impl& model, std::size_t from) noexcept {
@@ -137,6 +159,14 @@ void ModelAccess::kill(Element& element) {
   if (element.slot_ != nullptr) element.slot_->takeOut(element);
   for (const ModelElement& each : subtree) each.impl()->flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
   for (const ModelElement& each : subtree) each.impl()->disassociateIncoming();
+}
+
+/// Let those come to their end, too, whose place another element was given when they had been told.
+void ModelAccess::killReplaced(Model::Impl& model, std::size_t toldBefore) {
+  for (std::size_t at = toldBefore; at < model.told_.size(); ++at) {
+    const ModelElement told = model.told_[at];
+    if (told.isAlive() && told.impl()->slot_ == nullptr) kill(*told.impl());
+  }
 }
 
 /// Tell whether an element can be destroyed without more ado: nothing is to be undone, nobody has a say in
@@ -182,19 +212,23 @@ void ModelAccess::destroyHeard(Element& element) {
                            "a transaction around it was ended within aboutToDestroy; end it afterwards.");
     }
     if (element.isAlive()) kill(element);
+    killReplaced(model, toldBefore);
   }
   if (outermost) untell(model, toldBefore);
   transaction.commit();
 }
 
-void ModelAccess::destroyContents(Element& element) {
-  for (bool isEmpty = false; !isEmpty;) {
-    isEmpty = true;
+bool ModelAccess::destroyContents(Element& element) {
+  for (;;) {
+    bool isEmpty = true, isDone = true;
     for (const ModelElement& child : Children(element).elements) {
-      if (child.impl()->container() != &element || child.impl()->isBeingDestroyed()) continue;
-      child.impl()->destroy();
+      if (child.impl()->container() != &element) continue;
       isEmpty = false;
+      if (child.impl()->isBeingDestroyed()) continue;
+      isDone = false;
+      child.impl()->destroy();
     }
+    if (isDone) return isEmpty;
   }
 }
 

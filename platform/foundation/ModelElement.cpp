@@ -67,7 +67,9 @@ void ModelElement::setPropertyValue(const std::u16string& name, const Value& val
 
 Value ModelElement::invoke(const std::u16string& operation, const std::vector<Value>& arguments) const {
   Impl& element = self("ModelElement.invoke");
-  return element.invoke(element.getMetaClass().operation(operation), arguments);
+  const meta::Operation found = element.getMetaClass().operation(operation);
+  found.checkPublic();
+  return element.invoke(found, arguments);
 }
 
 // The element
@@ -151,16 +153,21 @@ void ModelElement::Impl::convertReferencesToProxies() {
 }
 void ModelElement::Impl::aboutToDestroy() {}
 void ModelElement::Impl::didCreate() {}
-void ModelElement::Impl::basicDisassociateAll() noexcept {}
 void ModelElement::Impl::convertToProxy() {
   checkAlive("ModelElement.convertToProxy");
   if (isProxy()) return;
   Transaction transaction = model_->beginTransaction(false);
   static_cast<void>(identifier());
-  ModelAccess::destroyContents(*this);
+  const bool isEmpty = ModelAccess::destroyContents(*this);
   checkAlive("ModelElement.convertToProxy");
-  convertReferencesToProxies();
-  becomeProxy();
+  if (!isProxy()) {  // else what was destroyed has done it
+    if (!isEmpty) {
+      report::invalidValue("ModelElement.convertToProxy",
+                           "an element that it contains is being destroyed; convert it afterwards.");
+    }
+    convertReferencesToProxies();
+    becomeProxy();
+  }
   transaction.commit();
 }
 
@@ -292,7 +299,7 @@ std::vector<ModelElement> ModelElement::Impl::referrers() const {
 }
 
 std::u16string ModelElement::Impl::nameOfProperty(unsigned index) const {
-  return getMetaClass().getQualifiedName() + u"." + getMetaClass().propertyByIndex(index).getName();
+  return getMetaClass().propertyByIndex(index).getQualifiedName();
 }
 
 void ModelElement::Impl::raiseNotWritable(unsigned index) const {

@@ -55,7 +55,8 @@ class ND_PLATFORM_EXPORT ModelElement {
   /// Tell whether the handle's element exists.
   bool isAlive() const noexcept;
 
-  /// Tell whether the element stands for one that isn't loaded. False for a null handle.
+  /// Tell whether the element stands for one that isn't loaded. False for a null handle and for an element
+  /// that is gone.
   bool isProxy() const noexcept;
 
   /// Add a reference by hand; it must be taken away by `removeRef`. Does nothing through a null handle.
@@ -89,8 +90,8 @@ class ND_PLATFORM_EXPORT ModelElement {
   /// derived or without public setter, and `CannotCastIncompatibleTypes` for a value of another type.
   void setPropertyValue(const std::u16string& name, const Value& value) const;
 
-  /// Call an operation by name. Raises `NoSuchType` for an unknown name, `InvalidValue` for one that has no
-  /// invoker or takes another number of arguments.
+  /// Call an operation by name. Raises `NoSuchType` for an unknown name, `InvalidValue` for one that is not
+  /// public, has no invoker or takes another number of arguments.
   Value invoke(const std::u16string& operation, const std::vector<Value>& arguments) const;
 
   Impl* impl() const noexcept { return impl_; }
@@ -175,8 +176,9 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   /// set it apart, collections that hold no proxies let go of it.
   virtual void convertReferencesToProxies();
 
-  /// Called while the whole model still stands. What the element changes here in what it contains is final at
-  /// once. An exception keeps the element alive. A transaction that was open before must not end here: the
+  /// Called while the whole model still stands. The values that the element sets here in what it contains are
+  /// final at once, but for keys; elements and references come back when the destruction is undone. An
+  /// exception keeps the element alive. A transaction that was open before must not end here: the
   /// destruction then raises `InvalidValue`.
   virtual void aboutToDestroy();
 
@@ -184,12 +186,12 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   virtual void didCreate();
 
   /// Let go of all values for good: the element is dead, and nothing brings it back.
-  virtual void basicDisassociateAll() noexcept;
+  virtual void basicDisassociateAll() noexcept {}
 
   /// Make the element a proxy, which stands for one that isn't loaded: class and identity stay, what it
   /// contains is destroyed, and its values go. What contains it and what refers to it goes on doing so, as
   /// far as it takes proxies. It refuses every mutator from then on. Raises `InvalidValue` if the element is
-  /// gone or its model frozen.
+  /// gone, its model frozen, or something that it contains is being destroyed.
   virtual void convertToProxy();
 
   /// Make the record of what changed since the storage was filled.
@@ -197,7 +199,7 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
 
   virtual std::unique_ptr<Storage> createStorage() const;
 
-  /// Copy a property's present value into a storage or, when a storage is given as the source, moves the
+  /// Copy a property's present value into a storage or, when a storage is given as the source, move the
   /// old value that this one holds. Only the copy can throw, before anything has changed.
   virtual void copyValue(unsigned index, Storage& to, Storage* from);
 
@@ -208,7 +210,7 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
 
   /// Tell whether the element exists: it was created, and neither destroyed nor left behind by its model.
   bool isAlive() const noexcept { return (flags_ & Alive) != 0; }
-  bool isProxy() const noexcept { return (flags_ & Proxy) != 0; }
+  bool isProxy() const noexcept { return (flags_ & (Alive | Proxy)) == (Alive | Proxy); }
 
   /// Tell whether the element was told that it is about to be destroyed, and the destruction is under way.
   bool isBeingDestroyed() const noexcept { return (flags_ & Told) != 0; }
@@ -270,6 +272,9 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
   /// gone or whose model is frozen.
   void checkWritable(unsigned index) const;
 
+  /// Raise likewise, but not for a frozen model: what changes nothing may be done there.
+  void checkPresent(unsigned index) const;
+
   /// Raise `InvalidValue` that names the operation if the element is gone.
   void checkAlive(const char* operation) const;
 
@@ -300,7 +305,7 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
     Told = 4,         // that it is about to be destroyed
     Dying = 8,        // is in its aboutToDestroy
     Identified = 16,  // has an identity
-    Mute = 32,        // is known to have no aboutToDestroy of its own
+    Mute = 32,        // is known to do nothing when it is told of its end
     Composite = 64    // has a property that contains elements
   };
 
@@ -367,6 +372,7 @@ class ND_PLATFORM_EXPORT ModelElement::Impl::Storage {
   friend struct detail::Level;
 
   std::uint64_t mask_ = 0;
+  std::uint64_t maskBefore_ = 0;  // while a commit clears bits
   detail::Level* level_ = nullptr;
   Storage* outer_ = nullptr;  // of the same element, at an enclosing level
   Storage* next_ = nullptr;   // of the same level

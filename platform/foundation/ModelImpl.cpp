@@ -4,14 +4,11 @@
 
 #include <boost/uuid/uuid_io.hpp>
 
-#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/Identity.h"
 #include "platform/foundation/ModelAccess.h"
 #include "platform/foundation/Report.h"
 
 namespace lx::base {
-
-ChangeObserver::~ChangeObserver() = default;
 
 detail::Level::Level() {
   created.mask_ = ~std::uint64_t{0};  // everything counts as saved, so that no old value is ever kept
@@ -110,21 +107,6 @@ void Model::Impl::removeObserver(ChangeObserver& observer) noexcept {
     *found = nullptr;
     lostObservers_ = true;
   }
-}
-
-const Value& ChangeSet::label() const noexcept {
-  static const Value none{};
-  return label_ == nullptr ? none : *label_;
-}
-
-std::vector<std::unique_ptr<ModelElement::Impl::Changes>> ChangeSet::changes() const {
-  std::vector<std::unique_ptr<ModelElement::Impl::Changes>> result;
-  ModelAccess::forEachChanged(saved_,
-                              [&](const ModelElement::Impl& element, const ModelElement::Impl::Storage& old) {
-                                result.push_back(element.createChanges(old));
-                              });
-  std::reverse(result.begin(), result.end());
-  return result;
 }
 
 }  // namespace lx::base

@@ -92,7 +92,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
   ModelElement::Impl* newest_ = nullptr;
   ModelElement::Impl* oldest_ = nullptr;
   detail::Level* top_ = nullptr;
-  ModelElement::Impl::Storage* retained_ = nullptr;  // of commits within a notice, the latest first
+  ModelElement::Impl::Storage* retained_ = nullptr;  // of commits within a notice
   std::vector<std::unique_ptr<detail::Level>> spareLevels_;
   std::vector<ChangeObserver*> observers_;  // null where one was removed while they are told
   std::unordered_multimap<boost::uuids::uuid, ModelElement::Impl*, boost::hash<boost::uuids::uuid>>
@@ -104,6 +104,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
   Counters counters_;
   std::uint64_t links_ = 0;         // made so far, to number them
   std::vector<ModelElement> told_;  // elements that know already that they are about to be destroyed
+  std::vector<ModelElement>* toBeTold_ = nullptr;  // while elements are told, those to come, the next last
   std::uint32_t references_ = 0;
   std::uint32_t telling_ = 0;     // notices under way
   std::uint32_t destroying_ = 0;  // destructions under way, one within the other
@@ -117,6 +118,10 @@ class ND_PLATFORM_EXPORT Model::Impl {
 inline void ModelElement::Impl::checkWritable(unsigned index) const {
   const bool isWritable = (flags_ & (Alive | Proxy)) == Alive && !model_->frozen_;
   if (!isWritable) raiseNotWritable(index);
+}
+
+inline void ModelElement::Impl::checkPresent(unsigned index) const {
+  if ((flags_ & (Alive | Proxy)) != Alive) raiseNotWritable(index);
 }
 
 inline bool ModelElement::Impl::isSavedInOpenTransaction(unsigned index) const noexcept {

@@ -2,45 +2,56 @@
 
 namespace lx::base::detail {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// The build says whether it uses a sanitizer; who compiles by flags of their own is seen by these compilers
+// that define a macro for it.
+#if defined(ND_SANITIZED) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr Pool::State AtFirst = Pool::State::NotKeeping;
 #else
 constexpr Pool::State AtFirst = Pool::State::New;
 #endif
 
-constinit thread_local Pool pool{{}, AtFirst};
+constinit thread_local Pool pool{{}, 0, AtFirst};
 
 namespace {
 
-void clear() noexcept {
-  for (Shelf& shelf : pool.shelves) {
-    while (shelf.first != nullptr) {
-      void* const block = shelf.first;
-      shelf.first = *static_cast<void**>(block);
+void stopKeeping(Pool::State next) noexcept {
+  pool.state = next;
+  pool.room = 0;
+  for (void*& shelf : pool.shelves) {
+    while (shelf != nullptr) {
+      void* const block = shelf;
+      shelf = *static_cast<void**>(block);
       ::operator delete(block);
     }
-    shelf.bytes = 0;
   }
 }
 
-/// Give back what a thread keeps, when it ends.
+/// Give back what a thread keeps, when it ends. Once it has ended nothing would give back what was kept, so
+/// that nothing is kept any more.
 struct Keeper {
-  ~Keeper() { keepFreedBlocks(false); }
+  ~Keeper() { stopKeeping(Pool::State::Ended); }
 };
 
 }  // namespace
 
 bool Pool::open() noexcept {
-  if (state == State::NotKeeping) return false;
   static thread_local const Keeper keeper;
   static_cast<void>(keeper);
   state = State::Keeping;
+  room = KeptBytes;
   return true;
 }
 
 void keepFreedBlocks(bool keep) noexcept {
-  pool.state = keep ? AtFirst : Pool::State::NotKeeping;
-  if (!keep) clear();
+  if (pool.state == Pool::State::Ended) return;
+  if (!keep)
+    stopKeeping(Pool::State::NotKeeping);
+  else if (pool.state == Pool::State::NotKeeping)
+    pool.state = AtFirst;
+}
+
+bool keepsFreedBlocks() noexcept {
+  return pool.state == Pool::State::New || pool.state == Pool::State::Keeping;
 }
 
 }  // namespace lx::base::detail

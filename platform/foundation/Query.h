@@ -61,12 +61,12 @@ class Constrainable {
   Getter getter_;
 };
 
-/// List what a query finds as handles of its class.
+/// List what a query finds as handles of class E; what is of another class is left out.
 template <class E>
 std::vector<E> find(const AbstractQuery& query) {
   std::vector<E> result;
   for (const ModelElement& element : query.matches()) {
-    result.emplace_back(static_cast<typename E::Impl*>(element.impl()));
+    if (auto* const impl = dynamic_cast<typename E::Impl*>(element.impl())) result.emplace_back(impl);
   }
   return result;
 }

@@ -11,8 +11,9 @@ ReferenceCore::~ReferenceCore() {
 }
 
 void ReferenceCore::setTarget(ModelElement::Impl* element) {
-  owner().checkWritable(index());
+  owner().checkPresent(index());
   if (element == link_.target.impl()) return;
+  owner().checkWritable(index());
   if (element != nullptr && !element->isAlive()) {
     report::invalidValue(owner().nameOfProperty(index()),
                          u"the element was destroyed; refer to one that exists, or to none.");

@@ -1,7 +1,7 @@
 #include "platform/foundation/ReferenceCollection.h"
 
 #include <algorithm>
-#include <functional>
+#include <unordered_set>
 #include <utility>
 
 #include "platform/foundation/Report.h"
@@ -271,20 +271,16 @@ bool ReferenceCollectionCore::containsProxyTo(const boost::uuids::uuid& uuid) co
 
 void ReferenceCollectionCore::checkReplacement(const std::vector<ModelElement>& elements) const {
   for (const ModelElement& element : elements) checkAddable(element.impl());
-  std::vector<const ModelElement::Impl*> sorted;
-  sorted.reserve(elements.size());
-  for (const ModelElement& element : elements) sorted.push_back(element.impl());
-  std::sort(sorted.begin(), sorted.end(), std::less<>());
-  if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end())
-    report::invalidValue(owner().nameOfProperty(index()), u"the list names an element twice; name it once.");
+  checkEachOnce(*this, elements);
 }
 
 bool ReferenceCollectionCore::isMadeOf(const std::vector<ModelElement>& elements) const {
   if (order_ == ReferenceOrder::Kept) return elements == this->elements();
-  checkReplacement(elements);
-  return elements.size() == size() && std::all_of(elements.begin(), elements.end(), [&](const auto& element) {
-           return holds(*element.impl());
-         });
+  std::unordered_set<const ModelElement::Impl*> given;
+  for (const ModelElement& element : elements) {
+    if (!element || !holds(*element.impl()) || !given.insert(element.impl()).second) return false;
+  }
+  return given.size() == size();
 }
 
 void ReferenceCollectionCore::restoreFrom(Old& old) noexcept {
@@ -335,7 +331,7 @@ Value ReferenceCollectionCore::oldValue(const Old& old) const {
 
 void ReferenceCollectionCore::letGo() noexcept {
   while (!entries_.empty()) delete &take(entries_.size() - 1);
-  journal_.trimTo(nullptr);
+  journal_.clear();
 }
 
 }  // namespace detail

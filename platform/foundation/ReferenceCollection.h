@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/foundation/CollectionIterator.h"
+#include "platform/foundation/Journal.h"
 #include "platform/foundation/ReferringField.h"
 #include "platform/foundation/SaturatedBloomFilter.h"
 
@@ -199,7 +200,8 @@ class TypedReferences : public ReferenceCollectionCore {
   }
 
   iterator begin() const { return iterator(*this, 0); }
-  iterator end() const { return iterator(*this, size()); }
+  iterator end() const { return iterator(*this, endPosition()); }
+  std::size_t endPosition() const noexcept { return size(); }
 
   E atPosition(std::size_t position) const { return typed(targetAt(position)); }
   std::size_t nextPosition(std::size_t position) const noexcept { return position + 1; }

@@ -1,6 +1,7 @@
 #include "platform/foundation/ReferringField.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace lx::base::detail {
 
@@ -30,7 +31,7 @@ void forEachReference(const ModelElement::Impl& element, F f) {
   }
 }
 
-/// Lets the fields that refer to elements let go of them.
+/// Let the fields that refer to elements let go of them.
 class Loser final : public ModelElement::Impl::ContainedVisitor {
  public:
   void visit(ModelElement::Impl&) override {}
@@ -50,7 +51,8 @@ std::vector<ModelElement> referrersOf(const ModelElement::Impl& element) {
   const auto ownerOf = [](const Link* link) { return &link->field->owner(); };
   const auto isOlder = [](const Link* left, const Link* right) { return left->number < right->number; };
   std::sort(links.begin(), links.end(), [&](const Link* left, const Link* right) {
-    return ownerOf(left) == ownerOf(right) ? isOlder(left, right) : ownerOf(left) < ownerOf(right);
+    return ownerOf(left) == ownerOf(right) ? isOlder(left, right)
+                                           : std::less<>()(ownerOf(left), ownerOf(right));
   });
   links.erase(
       std::unique(links.begin(), links.end(),

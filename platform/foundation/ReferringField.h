@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/export.h"
-#include "platform/foundation/ContainmentSlot.h"
+#include "platform/foundation/OwnedCollection.h"
 
 namespace lx::base::detail {
 

@@ -80,6 +80,12 @@ void changedWhileWalked(const ModelElement::Impl& owner, unsigned index) {
   const std::u16string name = owner.isAlive() ? owner.nameOfProperty(index) : u"A collection";
   invalidValue(name, u"the collection changed while it was walked; start again from its beginning.");
 }
+void walkedTooFar(const ModelElement::Impl& owner, unsigned index) {
+  invalidValue(owner.nameOfProperty(index), u"the walk is at the end of the collection; stop there.");
+}
+void walkOfNothing() {
+  invalidValue("CollectionIterator", "the iterator is of no collection; take that of one.");
+}
 
 }  // namespace report
 

@@ -34,5 +34,7 @@ namespace lx::base::report {
 
 /// Raise `InvalidValue` for a collection that was changed while it was walked.
 [[noreturn]] ND_PLATFORM_EXPORT void changedWhileWalked(const ModelElement::Impl& owner, unsigned index);
+[[noreturn]] ND_PLATFORM_EXPORT void walkedTooFar(const ModelElement::Impl& owner, unsigned index);
+[[noreturn]] ND_PLATFORM_EXPORT void walkOfNothing();
 
 }  // namespace lx::base::report

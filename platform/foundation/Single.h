@@ -60,8 +60,12 @@ class Single {
   bool hasValue() const noexcept { return isPresent(value_); }
   void visitContained(ModelElement::Impl::ContainedVisitor&) const noexcept {}
   void letGo() noexcept {
-    T none{};
-    swap(none);
+    if constexpr (std::is_same_v<T, std::u16string> || std::is_same_v<T, std::string>) {
+      if (value_.capacity() > T().capacity()) T().swap(value_);
+    } else if constexpr (!std::is_arithmetic_v<T> && !std::is_enum_v<T>) {
+      T none{};
+      swap(none);
+    }
   }
 
  private:
@@ -98,7 +102,7 @@ class LoneChange final : public ModelElement::Impl::Storage {
 };
 
 /// Write a field within the transaction of a mutator: in the open one, or in one of its own, which needs no
-/// record but for the observers. What `self` changes while an element that contains it is about to be
+/// record but for the observers. What is set in `self` while an element that contains it is about to be
 /// destroyed is final: no old value is kept, so that what the old value holds is let go at once.
 template <class T>
 void assign(ModelElement::Impl& self, Single<T>& field, T& next, unsigned index) {
@@ -113,6 +117,7 @@ void assign(ModelElement::Impl& self, Single<T>& field, T& next, unsigned index)
 /// Set a property to another value than it has.
 template <class T>
 [[gnu::noinline]] void change(ModelElement::Impl& self, Single<T>& field, const T& value, unsigned index) {
+  self.checkWritable(index);
   if constexpr (Single<T>::IsWrittenInPlace) {
     if (self.isSavedInOpenTransaction(index)) {
       field.write(value);
@@ -124,10 +129,11 @@ template <class T>
 }  // the old value is let go here, behind the commit
 
 /// Set a property with one value: on a proxy raises `CannotModifyProxy`, for an equal value does nothing,
-/// else copies the value, begins a transaction or joins one, notes the old value, and assigns.
+/// also in a frozen model, else copies the value, begins a transaction or joins one, notes the old value, and
+/// assigns.
 template <class T>
 void set(ModelElement::Impl& self, Single<T>& field, const std::type_identity_t<T>& value, unsigned index) {
-  self.checkWritable(index);
+  self.checkPresent(index);
   if (!equalValues(field.get(), value)) change(self, field, value, index);
 }
 

@@ -92,7 +92,8 @@ void checkClass(const C& carried) {
 ///
 /// Values up to the size of a text lie within the object. A value without content is empty. Handles of every
 /// class are carried as `ModelElement`, lists of them as lists of it. What can be copied and compared can be
-/// carried.
+/// carried. Values go while changes are undone and while an exception passes, so that a destructor of a
+/// content must not throw: the program ends if it does.
 class ND_PLATFORM_EXPORT Value {
  public:
   Value() noexcept = default;
@@ -249,6 +250,10 @@ class ND_PLATFORM_EXPORT Value {
   const detail::ValueOperations* operations_ = nullptr;
   alignas(void*) std::byte storage_[Inline];
 };
+
+// Whatever a value carries, it is moved and let go of in places where nothing may throw.
+static_assert(std::is_nothrow_destructible_v<Value> && std::is_nothrow_move_constructible_v<Value> &&
+              std::is_nothrow_move_assignable_v<Value>);
 
 /// Tells and says to whom the content of a value belongs. A value is managed unless told otherwise: what it
 /// lists is what a property of a model held when it was read. An unmanaged one is a copy of its own, put

@@ -131,22 +131,31 @@ class Run(unittest.TestCase):
         self.assertEqual(1, result.returncode)
         self.assertIn("no benchmark program", result.stderr)
 
-    def put_walks(self, status=0):
-        self.put(self.root / "build/release/tests/nd_data_adapter/model/random/nd_data_adapter_model_random_tests",
-                 f'echo "walks $* for $ND_WALK_MINUTES" >> "$CALLS"; exit {status}')
+    WALKS = ("platform/foundation/random/platform_foundation_random_tests",
+             "nd_data_adapter/model/random/nd_data_adapter_model_random_tests")
 
-    def test_soak_builds_the_random_walks_and_goes_them_for_the_time(self):
+    def put_walks(self, failing=None):
+        for number, program in enumerate(self.WALKS):
+            status = int(number == failing)
+            self.put(self.root / "build/release/tests" / program,
+                     f'echo "walks {number} $* for $ND_WALK_SECONDS" >> "$CALLS"; exit {status}')
+
+    def test_soak_builds_the_random_walks_and_goes_each_for_half_the_time(self):
         self.put_walks()
-        for arguments, minutes in (([], "10"), (["3"], "3")):
+        names = " ".join(Path(program).name for program in self.WALKS)
+        for arguments, seconds in (([], 300), (["3"], 90), (["1"], 30)):
             result, calls = self.run_script("soak", *arguments)
             self.assertEqual(0, result.returncode, result.stderr)
-            self.assertIn(
-                "cmake --build --preset release --parallel 7 --target nd_data_adapter_model_random_tests", calls)
-            self.assertEqual(f"walks --gtest_filter=RandomWalk.* for {minutes}", calls[-1])
+            self.assertIn(f"cmake --build --preset release --parallel 7 --target {names}", calls)
+            wanted = [f"walks {number} --gtest_filter=RandomWalk.* for {seconds}" for number in (0, 1)]
+            self.assertEqual(wanted, calls[-2:])
 
-    def test_soak_fails_with_a_walk_that_fails(self):
-        self.put_walks(status=1)
-        self.assertEqual(1, self.run_script("soak")[0].returncode)
+    def test_soak_fails_with_a_walk_that_fails_and_goes_the_others(self):
+        for failing in (0, 1):
+            self.put_walks(failing)
+            result, calls = self.run_script("soak")
+            self.assertEqual(1, result.returncode)
+            self.assertEqual(["0", "1"], [call.split()[1] for call in calls[-2:]])
 
     def test_soak_refuses_what_is_no_number_of_minutes(self):
         self.put_walks()

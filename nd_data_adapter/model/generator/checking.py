@@ -2,12 +2,16 @@
 
 import difflib
 import re
+import unicodedata
 import uuid as uuids
 
 from loading import ModelError, Node
 from names import MACROS
 
 IDENTIFIER = re.compile(r"[A-Za-z_][A-Za-z0-9_]*\Z")
+
+# A path below a root, without ways up.
+PATH = re.compile(r"(?!\.\.?(/|\Z))[\w.+-]+(/(?!\.\.?(/|\Z))[\w.+-]+)*\Z")
 
 # The words of C++ that can't name a member, an argument, a literal or a type.
 RESERVED = set("""
@@ -55,6 +59,25 @@ class Checker:
         value = node[key]
         if not isinstance(value, str) or not value:
             self.fail(node.line_of(key), f"'{key}' of {where} is no text; write one")
+        for each in value:
+            if unicodedata.category(each) == "Cc":
+                self.fail(node.line_of(key), f"'{key}' of {where} has the control character U+{ord(each):04X}; take it "
+                          "away")
+        return value
+
+    def path(self, node, key, where):
+        """Gives a path as an `#include` has it: it stands below the root and is nothing that CMake would split."""
+        value = self.text(node, key, where)
+        if not PATH.match(value):
+            self.fail(node.line_of(key), f"'{key}' of {where} is '{value}', which is no path below the root; write one "
+                      "such as some/folder")
+        return value
+
+    def scope(self, node, key, where):
+        """Gives a namespace, nested or not."""
+        value = self.text(node, key, where)
+        for each in value.split("::"):
+            self.identifier(each, node.line_of(key))
         return value
 
     def flag(self, node, key):

@@ -15,7 +15,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import jinja2  # noqa: E402
 from loading import ModelError  # noqa: E402
 from metamodel import Metamodel  # noqa: E402
-from parts import literal  # noqa: E402
+from parts import counted_literal, literal  # noqa: E402
 
 
 def doc(text, indent=0, first="/// "):
@@ -30,12 +30,26 @@ def u16(text):
     return literal(text, "u")
 
 
+def u16_view(text):
+    """Gives a text as a UTF-16 literal of which a view keeps everything."""
+    made = counted_literal(text, "u")
+    return f"{{{made}}}" if "\0" in text else made
+
+
+def halves(uuid):
+    """Gives an identifier as the members of a row that hold it in two numbers of 64 bits."""
+    digits = uuid.replace("-", "")
+    return f".high = 0x{digits[:16]}U, .low = 0x{digits[16:]}U"
+
+
 def environment():
     templates = os.path.join(os.path.dirname(os.path.abspath(__file__)), "templates")
     result = jinja2.Environment(loader=jinja2.FileSystemLoader(templates), undefined=jinja2.StrictUndefined,
                                 trim_blocks=True, lstrip_blocks=True, keep_trailing_newline=True, autoescape=False)
     result.filters["doc"] = doc
     result.filters["u16"] = u16
+    result.filters["u16_view"] = u16_view
+    result.filters["halves"] = halves
     return result
 
 
@@ -84,9 +98,14 @@ def main():
         print("\n".join(path for path, _, _ in outputs(model)))
         return 0
     templates = environment()
-    for path, template, context in outputs(model):
-        text = templates.get_template(template).render(model=model, source=name, **context)
-        write_if_changed(os.path.join(options.root, path), text)
+    made = [(path, templates.get_template(template).render(model=model, source=name, **context))
+            for path, template, context in outputs(model)]
+    try:
+        for path, text in made:
+            write_if_changed(os.path.join(options.root, path), text)
+    except OSError as error:
+        print(f"generate.py: {error}", file=sys.stderr)
+        return 1
     return 0
 
 

@@ -5,7 +5,8 @@ import re
 from checking import Checker, member_uuid, near
 from loading import Node
 from names import check_member_names
-from parts import (Argument, KINDS, LAST_INDEX, Operation, Override, Property, TypeUse, literal, lower_first)
+from parts import (Argument, KINDS, LAST_INDEX, Operation, Override, Property, TypeUse, counted_literal, literal,
+                   lower_first)
 
 
 class Members(Checker):
@@ -72,7 +73,7 @@ class Members(Checker):
         self.doc(node, line, where)
         if "type" not in node:
             self.fail(line, f"{where} has no type; add one")
-        kind = node.get("kind", "single")
+        kind = self.text(node, "kind", where) if "kind" in node else "single"
         if kind not in KINDS:
             self.fail(node.line_of("kind"), f"{where} has the kind '{kind}'" + near(kind, KINDS))
         type_ = self.type(self.text(node, "type", where), node.line_of("type"))
@@ -162,7 +163,8 @@ class Members(Checker):
         if type_.name in ("String", "StdString"):
             if not isinstance(value, str):
                 self.fail(line, f"'{text}' is no text to YAML; put it in quotes")
-            return literal(text, "u" if type_.name == "String" else "")
+            prefix = "u" if type_.name == "String" else ""
+            return f"{type_.cpp}({counted_literal(text, prefix)})" if "\0" in text else literal(text, prefix)
         self.fail(line, f"a property of type '{type_.name}' has no default; take it away")
 
     def _enumeration(self, type_):

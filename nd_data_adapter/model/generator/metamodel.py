@@ -3,9 +3,10 @@
 import uuid as uuids
 
 from checking import member_uuid, near
+from foreign import check_declaration, check_foreign_type, check_include
 from loading import load
 from members import Members
-from names import check_type_name
+from names import check_package_name, check_type_name
 from parts import Class, Enumeration, Literal, STANDARD, Type
 
 
@@ -21,8 +22,8 @@ class Metamodel(Members):
 
     def __init__(self, path, source):
         super().__init__(source)
-        self.types = {name: Type(name, "lx.base", cpp, "standard", by_value)
-                      for name, (cpp, by_value) in STANDARD.items()}
+        self.types = {name: Type(name, "lx.base", of.cpp, "standard", of.by_value, of.has_order, of.declare)
+                      for name, of in STANDARD.items()}
         where = "the metamodel"
         root = self.mapping(load(path, source), 1, where)
         self.keys(root, self.TOP, where)
@@ -31,16 +32,20 @@ class Metamodel(Members):
                 self.fail(1, f"'{key}' is missing; add it at the top")
         self.metapackage = self.text(root, "metapackage", where)
         self.identifier(self.metapackage, root.line_of("metapackage"))
-        self.namespace_of_metapackage = root.get("namespace_of_metapackage", "")
-        self.headers = self.text(root, "headers", where)
+        self.namespace_of_metapackage = ""
+        if "namespace_of_metapackage" in root:
+            self.namespace_of_metapackage = self.scope(root, "namespace_of_metapackage", where)
+        self.headers = self.path(root, "headers", where)
         self.export = self.section(root, "export", where)
         self.keys(self.export, self.EXPORT, "'export'")
         for key in ("header", "macro"):
             if key not in self.export:
                 self.fail(root.line_of("export"), f"'export' has no '{key}'; add it")
-            self.text(self.export, key, "'export'")
+        self.path(self.export, "header", "'export'")
+        self.identifier(self.text(self.export, "macro", "'export'"), self.export.line_of("macro"))
         self.schema_host = self.text(root, "schema_host", where)
         self.packages = self._read_packages(self.section(root, "packages", where))
+        self._check_metapackage(root)
         self.primitives = self._read_primitives(self.section(root, "primitives", where))
         self.enumerations = self._read_enumerations(self.section(root, "enumerations", where))
         self.classes = self._read_classes(self.section(root, "classes", where))
@@ -67,16 +72,18 @@ class Metamodel(Members):
             own.add(self.header(class_.superclass.type))
         held = {property_.type.name for property_ in class_.properties}
         for type_ in class_.uses():
-            if type_ is class_.type or type_.kind == "standard":
+            if type_ is class_.type:
                 continue
+            if type_.declare:
+                declared.add(type_.declare)
             if type_.kind == "primitive":
                 include = type_.node.get("include")
                 if include:
                     (own if include.startswith('"') else system).add(include)
-                if type_.node.get("declare"):
-                    declared.add(type_.node["declare"])
             elif type_.kind == "enumeration":
                 own.add(self.header(type_))
+            elif type_.kind == "standard":
+                continue
             elif type_.name in held and class_.name not in self._reach(type_.name):
                 own.add(self.header(type_))
             elif not self.is_below(class_.type, type_):
@@ -112,10 +119,23 @@ class Metamodel(Members):
             line = nodes.line_of(name)
             parent, _, last = name.rpartition(".")
             self.identifier(last, line)
+            check_package_name(self, name, line)
             if parent and parent not in nodes:
                 self.fail(line, f"package '{name}' stands in '{parent}', which is not described; describe it first")
             self.text(nodes, name, "'packages'")
+            for other in nodes:
+                if other != name and other.replace(".", "_") == name.replace(".", "_"):
+                    self.fail(line, f"packages '{name}' and '{other}' make one name of the generator's; rename one")
         return nodes
+
+    def _check_metapackage(self, root):
+        """Refuses a metapackage that is called like a namespace, or stands in one of somebody else's."""
+        name = ".".join([*self.namespace_of_metapackage.split("::"), self.metapackage]).lstrip(".")
+        if name in self.packages:
+            self.fail(root.line_of("metapackage"), f"the metapackage is called like the package '{name}'; choose another "
+                      "name")
+        if self.namespace_of_metapackage:
+            check_package_name(self, name, root.line_of("namespace_of_metapackage"))
 
     def _read_primitives(self, nodes):
         result = []
@@ -127,10 +147,14 @@ class Metamodel(Members):
             for key in ("native", "cpp"):
                 if key not in node:
                     self.fail(line, f"{where} has no '{key}'; add it")
-                self.text(node, key, where)
+            self.text(node, "native", where)
+            cpp = check_foreign_type(self, node, "cpp", where)
+            if "include" in node:
+                check_include(self, node, "include", where)
             if node.get("serializer", "none") not in ("none", "transient"):
                 self.fail(node.line_of("serializer"), "a primitive's serializer is 'none' or 'transient'")
-            type_ = self._add_type(qualified, node["cpp"], "primitive", line, node)
+            type_ = self._add_type(qualified, cpp, "primitive", line, node)
+            type_.declare = check_declaration(self, node, "declare", where) if "declare" in node else ""
             type_.uuid = member_uuid(str(uuids.uuid3(uuids.NAMESPACE_OID, type_.package)), type_.name)
             result.append(type_)
         return result
@@ -145,6 +169,7 @@ class Metamodel(Members):
             uuid = self.uuid(node, line, qualified)
             self.doc(node, line, qualified)
             type_ = self._add_type(qualified, "::" + qualified.replace(".", "::"), "enumeration", line, node)
+            type_.has_order = True
             literals, seen = [], {}
             described = self.section(node, "literals", where)
             for name, value in described.items():
@@ -229,5 +254,18 @@ class Metamodel(Members):
             self.fail(line, f"package '{package}' of '{qualified}' is not described" + near(package, self.packages))
         if name in self.types:
             self.fail(line, f"there is a type '{name}' already; rename one")
+        if kind != "primitive":
+            self._check_scope(qualified, name, kind, line)
         self.types[name] = Type(name, package, cpp, kind, node=node)
         return self.types[name]
+
+    def _check_scope(self, qualified, name, kind, line):
+        """Refuses a class or an enumeration that would take the header or the namespace of something else."""
+        what = "class" if kind == "class" else "enumeration"
+        if name == self.metapackage:
+            self.fail(line, f"the {what} '{qualified}' is called like the metapackage and would have its header; rename "
+                      "one")
+        if qualified in self.packages:
+            self.fail(line, f"the {what} '{qualified}' is called like a package; rename one")
+        if f"{self.namespace_of_metapackage}::".startswith(qualified.replace(".", "::") + "::"):
+            self.fail(line, f"the {what} '{qualified}' is called like the namespace of the metapackage; rename one")

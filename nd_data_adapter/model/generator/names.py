@@ -1,42 +1,52 @@
 """Names that members and types can't have, since the foundation or the generator uses them."""
 
-# The members of lx::base::ModelElement, and what every handle adds to them.
-HANDLE = set("""
-    Builder BuilderWrapper Constrainables Impl Uuid addRef container create destroy getMetaClass getModel
-    getPropertyValue hasPropertyValue identifier impl invoke isAlive isProxy metaClass raiseNull referrers removeRef self
-    setPropertyValue
+# The types within a handle, an element and a builder.
+HANDLE_TYPES = {"Builder", "BuilderWrapper", "Constrainables", "Impl"}
+ELEMENT_TYPES = {"BuilderBase", "BuilderImpl", "Changes", "ContainedVisitor", "Fields", "Storage"}
+BUILDER_TYPES = {"Element", "Orchestrator"}
+
+# What handles and elements both have.
+SHARED = set("""
+    addRef container destroy getMetaClass getModel getPropertyValue hasPropertyValue identifier invoke isAlive isProxy
+    referrers removeRef setPropertyValue
     """.split())
 
+# The members of lx::base::ModelElement, and what every handle adds to them.
+HANDLE = HANDLE_TYPES | SHARED | {"Uuid", "create", "impl", "metaClass", "raiseNull", "self"}
+
 # The members of lx::base::ModelElement::Impl and of its base, and what every element adds to them.
-ELEMENT = set("""
-    BuilderBase BuilderImpl Changes ContainedVisitor ContainerIndex Fields Flag LifeIndex Pinned Storage
-    _inverseAddThis _inverseContainsThis _setContainedByThis aboutToDestroy addRef basicDisassociateAll
-    basicSetContainer becomeProxy checkAlive checkWritable comeIntoModel container containmentSlot
-    convertReferencesToProxies convertToProxy copyStateFromStorage copyValue createChanges createStorage destroy
-    didCreate disassociateIncoming doDestroy dropRef getMetaClass getModel getPersistentProxyId getPropertyByIndex
-    getPropertyValue getProxyId hasPropertyValue identifier incoming invalidate inverseAdd inverseContainsProxyTo
-    inverseRemove invoke isAlive isBeingDestroyed isLogged isMovedInOpenTransaction isPinned
-    isPropertyOfClass isProxy isSavedInOpenTransaction modelImpl nameOfProperty notifyCreated notifyCreatedAsProxy notifyDestroying
-    notifyModifying pin raiseNotWritable referrers removeRef resolve saveOldValue setPropertyValue
+ELEMENT = ELEMENT_TYPES | SHARED | set("""
+    ContainerIndex Flag LifeIndex Pinned _inverseAddThis _inverseContainsThis _setContainedByThis aboutToDestroy
+    basicDisassociateAll basicSetContainer becomeProxy checkAlive checkPresent checkWritable comeIntoModel
+    containmentSlot convertReferencesToProxies convertToProxy copyStateFromStorage copyValue createChanges createStorage
+    didCreate disassociateIncoming doDestroy dropRef getPersistentProxyId getPropertyByIndex getProxyId incoming
+    invalidate inverseAdd inverseContainsProxyTo inverseRemove isBeingDestroyed isLogged isMovedInOpenTransaction
+    isPinned isPropertyOfClass isSavedInOpenTransaction modelImpl nameOfProperty notifyCreated
+    notifyCreatedAsProxy notifyDestroying notifyModifying pin raiseNotWritable resolve saveOldValue
     """.split())
 
 # The members of lx::base::ModelElement::Builder, and what every builder adds to them.
-BUILDER = set("""
-    Element Orchestrator create createIn createWithin doCreate getMetaClass getModel orchestrator self setModel setOrAdd
-    values
+BUILDER = BUILDER_TYPES | set("""
+    create createIn createWithin doCreate getMetaClass getModel orchestrator self setModel setOrAdd values
     """.split())
 
 # What a class or an enumeration can't be called: the types within a class, and the functions beside enumerations.
-TYPES = set("""
-    Builder BuilderBase BuilderImpl BuilderWrapper Changes Constrainables ContainedVisitor Element Fields Impl
-    Orchestrator Storage Table fromText toText
-    """.split())
+TYPES = HANDLE_TYPES | ELEMENT_TYPES | BUILDER_TYPES | {"Table", "fromText", "toText"}
 
-# What an argument can't be called: the types within a handle.
-ARGUMENTS = {"Builder", "BuilderWrapper", "Constrainables", "Impl", "ModelElement"}
+# What an argument can't be called: the types that a handle has in sight.
+ARGUMENTS = HANDLE_TYPES | {"ModelElement"}
 
 # Macros of the C library, which no name survives.
 MACROS = set("EDOM EILSEQ EOF ERANGE FALSE INFINITY NAN NULL TRUE assert errno offsetof setjmp stderr stdin stdout".split())
+
+# What the outermost packages can't be called, and whose name that is.
+ROOTS = {"std": "the standard library's", "boost": "a library's that the foundation uses", "lx": "the foundation's own"}
+
+
+def check_package_name(checker, name, line):
+    root = name.partition(".")[0]
+    if root in ROOTS:
+        checker.fail(line, f"'{name}' stands in the namespace '{root}', which is {ROOTS[root]}; choose another name")
 
 
 def check_type_name(checker, name, line):

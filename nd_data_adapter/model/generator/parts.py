@@ -17,19 +17,27 @@ TRAITS = {"isContained": False, "isReadOnly": False, "isDerived": False, "isTran
 # ContainerIndex of ModelElement::Impl (platform/foundation/ModelElement.h).
 LAST_INDEX = 62
 
-# The types that the foundation brings: name, C++ type, whether small enough to be passed by value.
-STANDARD = {
-    "String": ("::std::u16string", False),
-    "StdString": ("::std::string", False),
-    "Boolean": ("bool", True),
-    "Integer": ("::std::int32_t", True),
-    "Model": ("::lx::base::Model", False),
-    "ModelElement": ("::lx::base::ModelElement", False),
-    "UUID": ("::boost::uuids::uuid", False),
-}
 
-# The types that have an order, so that a set can hold them; enumerations have one, too.
-ORDERED = ("String", "StdString", "Boolean", "Integer", "UUID")
+@dataclass(frozen=True)
+class Standard:
+    """A type that the foundation brings."""
+
+    cpp: str
+    by_value: bool = False  # small enough to be passed so
+    has_order: bool = False  # so that a set can hold it
+    declare: str = ""  # what it has to be declared by
+
+
+STANDARD = {
+    "String": Standard("::std::u16string", has_order=True),
+    "StdString": Standard("::std::string", has_order=True),
+    "Boolean": Standard("bool", by_value=True, has_order=True),
+    "Integer": Standard("::std::int32_t", by_value=True, has_order=True),
+    "Model": Standard("::lx::base::Model"),
+    "ModelElement": Standard("::lx::base::ModelElement"),
+    "UUID": Standard("::boost::uuids::uuid", has_order=True),
+    "HvArray": Standard("::hvArray*", by_value=True, declare="class hvArray;"),
+}
 
 
 def literal(text, prefix=""):
@@ -37,6 +45,17 @@ def literal(text, prefix=""):
     escaped = "".join(f"\\{ord(each):03o}" if ord(each) < 32 else "\\" + each if each in "\\\"" else each
                       for each in text)
     return f'{prefix}"{escaped}"'
+
+
+def units(text, prefix=""):
+    """Counts the code units that a text's literal has."""
+    return len(text.encode("utf-16-le")) // 2 if prefix == "u" else len(text.encode("utf-8"))
+
+
+def counted_literal(text, prefix=""):
+    """Gives a text as the arguments that make a string of it: where a NUL would cut the literal off, with its length."""
+    made = literal(text, prefix)
+    return f"{made}, {units(text, prefix)}" if "\0" in text else made
 
 
 def const_reference(cpp):
@@ -61,6 +80,8 @@ class Type:
     cpp: str
     kind: str  # standard, primitive, enumeration or class
     by_value: bool = False
+    has_order: bool = False
+    declare: str = ""
     node: Any = None
     uuid: str = ""
 
@@ -75,10 +96,6 @@ class Type:
     @property
     def is_element(self):
         return self.kind == "class" or self.name == "ModelElement"
-
-    @property
-    def has_order(self):
-        return self.kind == "enumeration" or self.name in ORDERED
 
     @property
     def builder_wrapper(self):
@@ -167,6 +184,11 @@ class Property(Member):
         return self.kind == "single" and self.type.is_element and not self.is_derived
 
     @property
+    def is_resolvable(self):
+        """Whether a field refers to one element, which may be a proxy, and doesn't contain it."""
+        return self.is_reference and not self.contained
+
+    @property
     def is_public_getter(self):
         return self.traits["hasPublicGetter"]
 
@@ -247,6 +269,11 @@ class Property(Member):
             return f"::boost::optional<::std::vector<{self.type.cpp}>>"
         return f"::boost::optional<{self.value}>"
 
+    @property
+    def gathered_parameter(self):
+        """The type by which a value, or all of them, is passed to a builder."""
+        return const_reference(self.values if self.is_collection else self.value)
+
     def names(self):
         """What the property is called in the handle, in the element and in the builder."""
         handle, element, builder = [self.getter], ["get" + self.pascal], []
@@ -257,6 +284,10 @@ class Property(Member):
             mutator = f"get{self.pascal}Mutable" if self.is_collection else "set" + self.pascal
             handle.append(mutator)
             element.append(mutator)
+        if self.is_resolvable:
+            resolving = (["resolve" + self.pascal] if self.has_mutator else []) + ["peekResolve" + self.pascal]
+            handle += resolving
+            element += resolving
         if self.contained:
             handle.append("createInto" + self.pascal)
             element.append("createInto" + self.pascal)

@@ -3,6 +3,7 @@
 #include <boost/lexical_cast.hpp>
 #include <boost/uuid/uuid_io.hpp>
 
+#include "platform/foundation/Report.h"
 #include "platform/foundation/meta/MetaRegistry.h"
 
 namespace lx::base::meta {
@@ -22,6 +23,16 @@ Handle make(const boost::uuids::uuid& uuid, const char16_t* name, const char16_t
 
 boost::uuids::uuid parsed(const char* uuid) {
   return boost::lexical_cast<boost::uuids::uuid>(uuid);
+}
+
+boost::uuids::uuid uuidOf(std::uint64_t high, std::uint64_t low) {
+  boost::uuids::uuid result{};
+  for (std::size_t at = 0; at < 8; ++at) {
+    const std::size_t shift = 56 - 8 * at;
+    result.data[at] = static_cast<std::uint8_t>(high >> shift);
+    result.data[at + 8] = static_cast<std::uint8_t>(low >> shift);
+  }
+  return result;
 }
 
 }  // namespace
@@ -64,13 +75,13 @@ Property AbstractMetaPackage::createProperty(const char* uuid, const char16_t* n
   return property;
 }
 
-Operation AbstractMetaPackage::createOperation(const char* uuid, const char16_t* name,
+Operation AbstractMetaPackage::createOperation(std::uint64_t high, std::uint64_t low, const char16_t* name,
                                                const char16_t* description) {
-  return make<Operation>(parsed(uuid), name, description);
+  return make<Operation>(uuidOf(high, low), name, description);
 }
 
-Argument AbstractMetaPackage::createArgument(const char* uuid, const char16_t* name) {
-  return make<Argument>(parsed(uuid), name, u"");
+Argument AbstractMetaPackage::createArgument(std::uint64_t high, std::uint64_t low, const char16_t* name) {
+  return make<Argument>(uuidOf(high, low), name, u"");
 }
 
 void AbstractMetaPackage::addPackage(const Package& parent, const Package& child) {
@@ -119,6 +130,19 @@ void AbstractMetaPackage::setType(const TypedElement& element, const Type& type,
   element.impl()->setIsOrdered(isOrdered);
 }
 
+void AbstractMetaPackage::raiseNoClass(const boost::uuids::uuid& uuid) {
+  const std::string text = boost::uuids::to_string(uuid);
+  report::noSuchType(u"class " + std::u16string(text.begin(), text.end()));
+}
+
+void AbstractMetaPackage::registerRootPackage(const Package& package) {
+  MetaRegistry::getInstance().registerRootPackage(package);
+}
+
+void AbstractMetaPackage::unregisterRootPackage(const std::u16string& name) {
+  MetaRegistry::getInstance().unregisterRootPackage(name);
+}
+
 Type AbstractMetaPackage::Parts::type(const char16_t* name) const {
   const auto found = types.find(name);
   return found == types.end() ? MetaRegistry::getInstance().getType(name) : found->second;
@@ -163,7 +187,7 @@ void AbstractMetaPackage::instantiate(const PackageRow& row, Parts& parts) {
     }
     for (const OperationRow& operation : each.operations) {
       parts.operations[joined(className, operation.name)] =
-          createOperation(operation.uuid, operation.name, operation.description);
+          createOperation(operation.high, operation.low, operation.name, operation.description);
     }
   }
 }
@@ -211,7 +235,7 @@ void AbstractMetaPackage::weaveClass(const Package& package, const ClassRow& row
     addProperty(made, property);
     setPropertyIndex(property, each.index);
     setType(property, parts.type(each.type), each.lower, each.upper, each.traits.isOrdered);
-    if (each.defaultText != nullptr) property.impl()->defaultText = std::u16string(each.defaultText);
+    if (each.defaultText.data() != nullptr) property.impl()->defaultText = std::u16string(each.defaultText);
     if (each.key != nullptr) property.impl()->key = each.key;
   }
   for (const OperationRow& each : row.operations) {
@@ -226,7 +250,7 @@ void AbstractMetaPackage::weaveClass(const Package& package, const ClassRow& row
     };
     if (each.type != nullptr) bound(operation, parts.type(each.type), each.isList, each.isOrdered);
     for (const ArgumentRow& argument : each.arguments) {
-      const Argument added = createArgument(argument.uuid, argument.name);
+      const Argument added = createArgument(argument.high, argument.low, argument.name);
       bound(added, parts.type(argument.type), argument.isList, argument.isOrdered);
       added.impl()->isOut = argument.isOut;
       addArgument(operation, added);

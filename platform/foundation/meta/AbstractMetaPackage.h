@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <typeinfo>
 
 #include "platform/export.h"
@@ -13,9 +15,11 @@
 namespace lx::base::meta {
 
 /// The rows of the tables in which a generated metapackage describes its types. Identifiers are UUIDs as
-/// text; types are named by their qualified names, those of the foundation by their names alone.
+/// text, those of operations and arguments two numbers, of which `high` has the first eight bytes; types are
+/// named by their qualified names, those of the foundation by their names alone.
 struct ArgumentRow {
-  const char* uuid;
+  std::uint64_t high;
+  std::uint64_t low;
   const char16_t* name;
   const char16_t* type;
   bool isList = false;
@@ -24,7 +28,8 @@ struct ArgumentRow {
 };
 
 struct OperationRow {
-  const char* uuid;
+  std::uint64_t high;
+  std::uint64_t low;
   const char16_t* name;
   const char16_t* description;
   const char16_t* type = nullptr;  // null for an operation without result
@@ -47,8 +52,8 @@ struct PropertyRow {
   const char16_t* type = nullptr;
   std::int32_t lower = 1;
   std::int32_t upper = 1;
-  const char16_t* defaultText = nullptr;  // null if the type's zero is the default
-  const char16_t* key = nullptr;          // null for a property that isn't keyed
+  std::u16string_view defaultText = {};  // one of nothing, not even of "", if the type's zero is the default
+  const char16_t* key = nullptr;         // null for a property that isn't keyed
 };
 
 struct LiteralRow {
@@ -90,7 +95,7 @@ struct ClassRow {
   std::span<const PropertyRow> properties = {};
   std::span<const OperationRow> operations = {};
   CollectionFactory collection = nullptr;
-  BuilderFactory builder = nullptr;  // null for an abstract class
+  BuilderFactory builder = nullptr;
 };
 
 struct PackageRow {
@@ -126,8 +131,8 @@ class ND_PLATFORM_EXPORT AbstractMetaPackage {
   static void instantiate(const PackageRow& package, Parts& parts);
   static void weave(const PackageRow& package, Parts& parts);
 
-  /// Create a meta element, bare: what it belongs to is set when all of them are there. Identifiers are UUIDs
-  /// as text.
+  /// Create a meta element, bare: what it belongs to is set when all of them are there. Identifiers are given
+  /// as in the rows.
   static Package createPackage(const char16_t* name, const char16_t* schema);
   static Class createClass(const char* uuid, const char16_t* name, const char16_t* description);
   static Enum createEnum(const char* uuid, const char16_t* name, const char16_t* description);
@@ -136,8 +141,9 @@ class ND_PLATFORM_EXPORT AbstractMetaPackage {
                                            const char16_t* nativeName);
   static Property createProperty(const char* uuid, const char16_t* name, ValueFlags flags,
                                  const Traits& traits, const char16_t* description);
-  static Operation createOperation(const char* uuid, const char16_t* name, const char16_t* description);
-  static Argument createArgument(const char* uuid, const char16_t* name);
+  static Operation createOperation(std::uint64_t high, std::uint64_t low, const char16_t* name,
+                                   const char16_t* description);
+  static Argument createArgument(std::uint64_t high, std::uint64_t low, const char16_t* name);
 
   /// Put a meta element where it belongs.
   static void addPackage(const Package& parent, const Package& child);
@@ -157,6 +163,13 @@ class ND_PLATFORM_EXPORT AbstractMetaPackage {
   /// Set the type and the bounds of a property, an argument or a result.
   static void setType(const TypedElement& element, const Type& type, std::int32_t lower, std::int32_t upper,
                       bool isOrdered);
+
+  /// Raise `NoSuchType` that names a class by its identifier.
+  [[noreturn]] static void raiseNoClass(const boost::uuids::uuid& uuid);
+
+  /// Register a root package, or take one away, as `MetaRegistry` does.
+  static void registerRootPackage(const Package& package);
+  static void unregisterRootPackage(const std::u16string& name);
 
  private:
   static void weaveClass(const Package& package, const ClassRow& row, Parts& parts);

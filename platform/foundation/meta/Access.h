@@ -4,7 +4,7 @@
 
 namespace lx::base {
 
-/// What reflection may reach: what everybody may, or also what is internal to a class. Given as a tag.
+/// What reflection may read: what everybody may, or also what is internal to a class. Given as a tag.
 namespace access {
 
 struct Public {};
@@ -16,8 +16,9 @@ namespace meta {
 
 /// Give, ask for and set an element's value of a property, as `ModelElement` does by the property's name.
 /// Raise `InvalidValue` through a null handle, `NoSuchType` for a property of another class; with public
-/// access also `InvalidValue` for a property without public getter, and `CannotSetReadOnlyProperty` for one
-/// without public setter. One that is read-only or derived is set by neither access.
+/// access also `InvalidValue` for a property without public getter. Setting is always public: it raises
+/// `CannotSetReadOnlyProperty` for a property without public setter, and for one that is read-only or
+/// derived; what is internal to a class is set by its element's own setters.
 ND_PLATFORM_EXPORT Value getPropertyValue(const ModelElement& element, const Property& property,
                                           access::Public);
 ND_PLATFORM_EXPORT Value getPropertyValue(const ModelElement& element, const Property& property,

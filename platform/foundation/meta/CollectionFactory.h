@@ -29,25 +29,44 @@ struct KeyRow {
 
 namespace detail {
 
+/// A collection that no element has as its own, with a handle that keeps its owner in memory.
+template <class Collection>
+struct Detached {
+  template <class... Rest>
+  explicit Detached(ModelElement::Impl& of, const Property& property, Rest... rest)
+      : owner(&of), collection(of, property.getIndex(), rest...) {}
+
+  const ModelElement owner;
+  const Collection collection;
+};
+
+template <class Collection, class... Rest>
+std::shared_ptr<const AbstractOwnedCollection> makeDetached(ModelElement::Impl& owner,
+                                                            const Property& property, Rest... rest) {
+  const auto made = std::make_shared<const Detached<Collection>>(owner, property, rest...);
+  return {made, &made->collection};
+}
+
 template <template <class, class> class Keyed, class E, class Keys>
-std::unique_ptr<AbstractOwnedCollection> makeKeyed(ModelElement::Impl& owner, const Property& property,
-                                                   const Keys& keys) {
+std::shared_ptr<const AbstractOwnedCollection> makeKeyed(ModelElement::Impl& owner, const Property& property,
+                                                         const Keys& keys) {
   for (const KeyRow& key : keys) {
     if (property.impl()->key != key.name) continue;
     if (key.text != nullptr) {
-      return std::make_unique<Keyed<std::u16string, E>>(owner, property.getIndex(), key.index, key.text);
+      return makeDetached<Keyed<std::u16string, E>>(owner, property, key.index, key.text);
     }
-    return std::make_unique<Keyed<std::int32_t, E>>(owner, property.getIndex(), key.index, key.number);
+    return makeDetached<Keyed<std::int32_t, E>>(owner, property, key.index, key.number);
   }
   return nullptr;
 }
 
 template <class E, template <class, class> class Referring>
-std::unique_ptr<AbstractOwnedCollection> makeReferring(ModelElement::Impl& owner, const Property& property) {
+std::shared_ptr<const AbstractOwnedCollection> makeReferring(ModelElement::Impl& owner,
+                                                             const Property& property) {
   if (property.getValueFlags() == ValueFlags::Set) {
-    return std::make_unique<Referring<E, std::unordered_set<E>>>(owner, property.getIndex());
+    return makeDetached<Referring<E, std::unordered_set<E>>>(owner, property);
   }
-  return std::make_unique<Referring<E, std::vector<E>>>(owner, property.getIndex());
+  return makeDetached<Referring<E, std::vector<E>>>(owner, property);
 }
 
 }  // namespace detail
@@ -55,7 +74,8 @@ std::unique_ptr<AbstractOwnedCollection> makeReferring(ModelElement::Impl& owner
 /// The collection factory of a class: makes an empty collection of the kind in which a property holds
 /// elements of class E. `Keys` lists the properties of the class by which it can be keyed.
 template <class E, const auto& Keys>
-std::unique_ptr<AbstractOwnedCollection> makeCollection(ModelElement::Impl& owner, const Property& property) {
+std::shared_ptr<const AbstractOwnedCollection> makeCollection(ModelElement::Impl& owner,
+                                                              const Property& property) {
   const Traits& traits = property.traits();
   switch (property.getValueFlags()) {
     case ValueFlags::Map:
@@ -63,7 +83,7 @@ std::unique_ptr<AbstractOwnedCollection> makeCollection(ModelElement::Impl& owne
     case ValueFlags::Multimap:
       return detail::makeKeyed<ElementMultimap, E>(owner, property, Keys);
     case ValueFlags::Sequence:
-      if (traits.isContained) return std::make_unique<ElementSequence<E>>(owner, property.getIndex());
+      if (traits.isContained) return detail::makeDetached<ElementSequence<E>>(owner, property);
       [[fallthrough]];
     case ValueFlags::Set:
       if (traits.acceptsProxies)

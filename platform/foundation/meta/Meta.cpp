@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <boost/uuid/name_generator_md5.hpp>
+
 #include "platform/foundation/Builder.h"
 #include "platform/foundation/Report.h"
 #include "platform/foundation/meta/MetaImpl.h"
@@ -39,10 +41,17 @@ std::u16string qualified(const Class::Impl* owner, const std::u16string& member)
 
 }  // namespace
 
-#define LX_META_HANDLE(Name, Super)                  \
-  Name::Name(Impl* impl) noexcept : Super(impl) {}   \
-  Name::Impl* Name::impl() const noexcept {          \
-    return static_cast<Impl*>(ModelElement::impl()); \
+#define LX_META_HANDLE(Name, Super)                                      \
+  Name::Name(Impl* impl) noexcept : Super(impl) {}                       \
+  Name::Impl* Name::impl() const noexcept {                              \
+    return static_cast<Impl*>(ModelElement::impl());                     \
+  }                                                                      \
+  Class Name::metaClass() {                                              \
+    return MetaRegistry::getInstance().getClass(u"lx.base.meta." #Name); \
+  }                                                                      \
+  const boost::uuids::uuid& Name::Uuid() {                               \
+    static const boost::uuids::uuid uuid = standardUuid(#Name);          \
+    return uuid;                                                         \
   }
 
 LX_META_HANDLE(NamedElement, ModelElement)
@@ -156,6 +165,11 @@ void Property::checkSettable() const {
   if (what.isReadOnly || what.isDerived || !what.hasPublicSetter) report::cannotSetReadOnlyProperty(*this);
 }
 
+void Property::checkSettable(const ModelElement::Impl& element) const {
+  if (!element.isAlive() || element.isProxy()) report::notWritable(element, getQualifiedName());
+  checkSettable();
+}
+
 bool Argument::isOut() const {
   return held(*this).isOut;
 }
@@ -182,6 +196,11 @@ bool Operation::hasInvoker() const {
 std::u16string Operation::getQualifiedName() const {
   const Impl& operation = held(*this);
   return qualified(operation.owner, operation.name);
+}
+
+void Operation::checkPublic() const {
+  if (isPublic()) return;
+  report::invalidValue(getQualifiedName(), u"the operation is not public; call a public one of its class.");
 }
 
 Value Operation::invoke(ModelElement::Impl& self, const std::vector<Value>& arguments) const {
@@ -256,33 +275,33 @@ Property Class::propertyByIndex(unsigned index) const {
 
 // What is behind the handles
 
-Class NamedElement::Impl::getMetaClass() const {
-  return MetaRegistry::getInstance().getClass(std::u16string(u"lx.base.meta.") + metaClassName());
+boost::uuids::uuid standardUuid(std::string_view name) {
+  return boost::uuids::name_generator_md5(ModelElement::Uuid())(name.data(), name.size());
 }
 
-const char16_t* Package::Impl::metaClassName() const noexcept {
-  return u"Package";
+Class Package::Impl::getMetaClass() const {
+  return Package::metaClass();
 }
-const char16_t* PrimitiveType::Impl::metaClassName() const noexcept {
-  return u"PrimitiveType";
+Class PrimitiveType::Impl::getMetaClass() const {
+  return PrimitiveType::metaClass();
 }
-const char16_t* EnumLiteral::Impl::metaClassName() const noexcept {
-  return u"EnumLiteral";
+Class EnumLiteral::Impl::getMetaClass() const {
+  return EnumLiteral::metaClass();
 }
-const char16_t* Enum::Impl::metaClassName() const noexcept {
-  return u"Enum";
+Class Enum::Impl::getMetaClass() const {
+  return Enum::metaClass();
 }
-const char16_t* Property::Impl::metaClassName() const noexcept {
-  return u"Property";
+Class Property::Impl::getMetaClass() const {
+  return Property::metaClass();
 }
-const char16_t* Argument::Impl::metaClassName() const noexcept {
-  return u"Argument";
+Class Argument::Impl::getMetaClass() const {
+  return Argument::metaClass();
 }
-const char16_t* Operation::Impl::metaClassName() const noexcept {
-  return u"Operation";
+Class Operation::Impl::getMetaClass() const {
+  return Operation::metaClass();
 }
-const char16_t* Class::Impl::metaClassName() const noexcept {
-  return u"Class";
+Class Class::Impl::getMetaClass() const {
+  return Class::metaClass();
 }
 
 std::u16string Type::Impl::getQualifiedName() const {
@@ -358,9 +377,13 @@ const Operation::Impl* Class::Impl::findOperation(const std::u16string& wanted) 
   return found;
 }
 
-std::unique_ptr<AbstractOwnedCollection> Class::Impl::instantiateCollection(ModelElement::Impl& owner,
-                                                                            const Property& property) const {
+std::shared_ptr<const AbstractOwnedCollection> Class::Impl::instantiateCollection(
+    ModelElement::Impl& owner, const Property& property) const {
   return collectionFactory == nullptr ? nullptr : collectionFactory(owner, property);
+}
+
+std::unique_ptr<ModelElement::Builder> makeNoBuilder(const Model&) {
+  return nullptr;
 }
 
 std::unique_ptr<ModelElement::Builder> Class::Impl::instantiateBuilder(const Model& model) const {

@@ -46,12 +46,18 @@ struct Traits {
   bool acceptsProxies = false;  // of a collection that refers to elements
 };
 
+/// What all meta elements have in common. Each class of them has a class that describes it, as every class of
+/// elements has; the foundation registers them in package lx.base.meta.
 class ND_PLATFORM_EXPORT NamedElement : public ModelElement {
  public:
   class Impl;
   NamedElement() noexcept = default;
   explicit NamedElement(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+
+  /// Give the class of which these elements are, and its identifier.
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   std::u16string getName() const;
 
@@ -65,6 +71,8 @@ class ND_PLATFORM_EXPORT Package : public NamedElement {
   Package() noexcept = default;
   explicit Package(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   Package getParent() const;
   std::u16string getSchema() const;
@@ -81,6 +89,8 @@ class ND_PLATFORM_EXPORT Type : public NamedElement {
   Type() noexcept = default;
   explicit Type(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   Package getPackage() const;
 
@@ -95,6 +105,8 @@ class ND_PLATFORM_EXPORT PrimitiveType : public Type {
   PrimitiveType() noexcept = default;
   explicit PrimitiveType(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   /// Give the name of the native type that the values have.
   std::u16string getNativeName() const;
@@ -106,6 +118,8 @@ class ND_PLATFORM_EXPORT EnumLiteral : public NamedElement {
   EnumLiteral() noexcept = default;
   explicit EnumLiteral(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   std::int32_t getValue() const;
 };
@@ -116,6 +130,8 @@ class ND_PLATFORM_EXPORT Enum : public Type {
   Enum() noexcept = default;
   explicit Enum(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   std::vector<EnumLiteral> getLiterals() const;
 
@@ -130,6 +146,8 @@ class ND_PLATFORM_EXPORT TypedElement : public NamedElement {
   TypedElement() noexcept = default;
   explicit TypedElement(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   /// Give the type; a null handle for an operation without result.
   Type getType() const;
@@ -150,6 +168,8 @@ class ND_PLATFORM_EXPORT Property : public TypedElement {
   Property() noexcept = default;
   explicit Property(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   /// Give the index within the class, starting at 1 and going on in subclasses; 0 for a derived property.
   unsigned getIndex() const;
@@ -167,8 +187,10 @@ class ND_PLATFORM_EXPORT Property : public TypedElement {
   /// Raise `InvalidValue` unless the property has a public getter.
   void checkPublicGetter() const;
 
-  /// Raise `CannotSetReadOnlyProperty` unless reflection may set the property.
+  /// Raise `CannotSetReadOnlyProperty` unless reflection may set the property; before that, where an element
+  /// is given, `CannotModifyProxy` if it is a proxy and `InvalidValue` if it is gone.
   void checkSettable() const;
+  void checkSettable(const ModelElement::Impl& element) const;
 };
 
 class ND_PLATFORM_EXPORT Argument : public TypedElement {
@@ -177,6 +199,8 @@ class ND_PLATFORM_EXPORT Argument : public TypedElement {
   Argument() noexcept = default;
   explicit Argument(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   bool isOut() const;
 };
@@ -190,6 +214,8 @@ class ND_PLATFORM_EXPORT Operation : public TypedElement {
   Operation() noexcept = default;
   explicit Operation(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
   std::vector<Argument> getArguments() const;
   bool isStatic() const;
@@ -198,6 +224,9 @@ class ND_PLATFORM_EXPORT Operation : public TypedElement {
   Class getOwner() const;
   std::u16string getQualifiedName() const;
   bool hasInvoker() const;
+
+  /// Raise `InvalidValue` unless the operation is public.
+  void checkPublic() const;
 
   /// Call the operation. Raises `InvalidValue` with the qualified name if it has no invoker, or for another
   /// number of arguments, and `CannotCastIncompatibleTypes` for an argument of another type.
@@ -210,8 +239,10 @@ class ND_PLATFORM_EXPORT Class : public Type {
   Class() noexcept = default;
   explicit Class(Impl* impl) noexcept;
   Impl* impl() const noexcept;
+  static Class metaClass();
+  static const boost::uuids::uuid& Uuid();
 
-  /// Give the class's fixed identifier.
+  /// Give the fixed identifier of the class that this element describes.
   boost::uuids::uuid getUuid() const;
   Class getSuperclass() const;
   bool isAbstract() const;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <typeinfo>
 #include <vector>
 
@@ -13,13 +14,25 @@ class AbstractOwnedCollection;
 
 namespace meta {
 
-/// Makes a builder of a class for a model.
+class AbstractMetaPackage;
+
+/// Give the identifier of a type that the foundation brings itself; it follows from the name.
+boost::uuids::uuid standardUuid(std::string_view name);
+
+/// Makes a builder of a class for a model; null if the class is abstract.
 using BuilderFactory = std::unique_ptr<ModelElement::Builder> (*)(const Model& model);
 
+/// The builder factory of every abstract class.
+ND_PLATFORM_EXPORT std::unique_ptr<ModelElement::Builder> makeNoBuilder(const Model& model);
+
 /// Makes an empty collection of the kind in which a property of the owner holds elements of a class; null for
-/// a property that is no collection. What is made is not the owner's own collection.
-using CollectionFactory = std::unique_ptr<AbstractOwnedCollection> (*)(ModelElement::Impl& owner,
-                                                                       const Property& property);
+/// a property that is no collection.
+///
+/// It is not the owner's own collection. What came into it would have a container that doesn't know of it,
+/// and no transaction would take it out again, so that the collection is const and stays empty. It keeps its
+/// owner in memory.
+using CollectionFactory = std::shared_ptr<const AbstractOwnedCollection> (*)(ModelElement::Impl& owner,
+                                                                             const Property& property);
 
 /// The elements of the meta model. Their fields are filled by the metapackage that makes them, in the
 /// transaction of their creation, and read afterwards; there is nothing to undo but their creation. An
@@ -27,14 +40,10 @@ using CollectionFactory = std::unique_ptr<AbstractOwnedCollection> (*)(ModelElem
 class ND_PLATFORM_EXPORT NamedElement::Impl : public ModelElement::Impl {
  public:
   using ModelElement::Impl::Impl;
-  Class getMetaClass() const override;
+  Class getMetaClass() const override = 0;
 
   std::u16string name;
   std::u16string description;
-
- protected:
-  /// Names the class of this element within package lx.base.meta.
-  virtual const char16_t* metaClassName() const noexcept = 0;
 };
 
 class ND_PLATFORM_EXPORT Type::Impl : public NamedElement::Impl {
@@ -53,47 +62,39 @@ class ND_PLATFORM_EXPORT Type::Impl : public NamedElement::Impl {
 class ND_PLATFORM_EXPORT Package::Impl : public NamedElement::Impl {
  public:
   using NamedElement::Impl::Impl;
+  Class getMetaClass() const override;
   void basicDisassociateAll() noexcept override;
 
   std::u16string schema;
   Impl* parent = nullptr;
   std::vector<Impl*> packages;
   std::vector<Type::Impl*> types;
-
- private:
-  const char16_t* metaClassName() const noexcept override;
 };
 
 class ND_PLATFORM_EXPORT PrimitiveType::Impl : public Type::Impl {
  public:
   using Type::Impl::Impl;
+  Class getMetaClass() const override;
 
   std::u16string nativeName;
-
- private:
-  const char16_t* metaClassName() const noexcept override;
 };
 
 class ND_PLATFORM_EXPORT EnumLiteral::Impl : public NamedElement::Impl {
  public:
   using NamedElement::Impl::Impl;
+  Class getMetaClass() const override;
 
   std::int32_t value = 0;
-
- private:
-  const char16_t* metaClassName() const noexcept override;
 };
 
 class ND_PLATFORM_EXPORT Enum::Impl : public Type::Impl {
  public:
   using Type::Impl::Impl;
+  Class getMetaClass() const override;
   void basicDisassociateAll() noexcept override;
 
   std::vector<EnumLiteral::Impl*> literals;
   Type::Impl* underlyingType = nullptr;
-
- private:
-  const char16_t* metaClassName() const noexcept override;
 };
 
 class ND_PLATFORM_EXPORT TypedElement::Impl : public NamedElement::Impl {
@@ -117,6 +118,7 @@ class ND_PLATFORM_EXPORT TypedElement::Impl : public NamedElement::Impl {
 class ND_PLATFORM_EXPORT Property::Impl : public TypedElement::Impl {
  public:
   using TypedElement::Impl::Impl;
+  Class getMetaClass() const override;
   void basicDisassociateAll() noexcept override;
 
   Class::Impl* owner = nullptr;
@@ -125,24 +127,20 @@ class ND_PLATFORM_EXPORT Property::Impl : public TypedElement::Impl {
   Traits traits;
   boost::optional<std::u16string> defaultText;
   std::u16string key;
-
- private:
-  const char16_t* metaClassName() const noexcept override;
 };
 
 class ND_PLATFORM_EXPORT Argument::Impl : public TypedElement::Impl {
  public:
   using TypedElement::Impl::Impl;
+  Class getMetaClass() const override;
 
   bool isOut = false;
-
- private:
-  const char16_t* metaClassName() const noexcept override;
 };
 
 class ND_PLATFORM_EXPORT Operation::Impl : public TypedElement::Impl {
  public:
   using TypedElement::Impl::Impl;
+  Class getMetaClass() const override;
   void basicDisassociateAll() noexcept override;
 
   Class::Impl* owner = nullptr;
@@ -151,14 +149,12 @@ class ND_PLATFORM_EXPORT Operation::Impl : public TypedElement::Impl {
   bool isStatic = false;
   bool isAbstract = false;
   bool isPublic = true;
-
- private:
-  const char16_t* metaClassName() const noexcept override;
 };
 
 class ND_PLATFORM_EXPORT Class::Impl : public Type::Impl {
  public:
   using Type::Impl::Impl;
+  Class getMetaClass() const override;
 
   void setSuperclass(const Class& value) { superclass = value.impl(); }
   void basicDisassociateAll() noexcept override;
@@ -166,10 +162,11 @@ class ND_PLATFORM_EXPORT Class::Impl : public Type::Impl {
   /// Make a builder for a model; null for an abstract class.
   std::unique_ptr<ModelElement::Builder> instantiateBuilder(const Model& model) const;
 
-  /// Make an empty collection of the kind in which a property of the owner holds elements of this class. Null
-  /// for a property that is no collection, and for a class that was registered without such a factory.
-  std::unique_ptr<AbstractOwnedCollection> instantiateCollection(ModelElement::Impl& owner,
-                                                                 const Property& property) const;
+  /// Make an empty collection of the kind in which a property of the owner holds elements of this class, to
+  /// be looked at; see `CollectionFactory`. Null for a property that is no collection, and for a class that
+  /// was registered without such a factory.
+  std::shared_ptr<const AbstractOwnedCollection> instantiateCollection(ModelElement::Impl& owner,
+                                                                       const Property& property) const;
 
   void addProperty(Property::Impl& property);
   void addOperation(Operation::Impl& operation);
@@ -183,9 +180,6 @@ class ND_PLATFORM_EXPORT Class::Impl : public Type::Impl {
   BuilderFactory builderFactory = nullptr;
   std::vector<Property::Impl*> properties;
   std::vector<Operation::Impl*> operations;
-
- private:
-  const char16_t* metaClassName() const noexcept override;
 };
 
 }  // namespace meta

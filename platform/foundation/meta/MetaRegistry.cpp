@@ -1,15 +1,17 @@
 #include "platform/foundation/meta/MetaRegistry.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <boost/lexical_cast.hpp>
-#include <boost/uuid/name_generator_md5.hpp>
 #include <boost/uuid/uuid_io.hpp>
 
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/Report.h"
 #include "platform/foundation/meta/AbstractMetaPackage.h"
 #include "platform/text/Convert.h"
+
+class hvArray;
 
 namespace lx::base {
 
@@ -26,90 +28,124 @@ namespace meta {
 
 namespace {
 
-/// The types that the foundation brings itself: package lx.base with its classes and primitives.
+/// Makes the types that the foundation brings itself: package lx.base with its classes and primitives.
 class StandardPackage : public AbstractMetaPackage {
  public:
-  explicit StandardPackage(MetaRegistry& registry) : registry_(registry) {
-    const Package lx = make<Package>(u"lx");
-    const Package base = make<Package>(u"base");
-    const Package meta = make<Package>(u"meta");
+  StandardPackage(const Model& model, MetaRegistry::Names& types, std::vector<Package>& rootPackages)
+      : model_(model), types_(types) {
+    const Package lx = make<Package>("lx");
+    const Package base = make<Package>("base");
     addPackage(lx, base);
-    addPackage(base, meta);
-
-    const Class root = addClass(base, u"ModelElement", Class());
+    const Class root = addClass<ModelElement>(base, "ModelElement", Class());
     root.impl()->uuid = ModelElement::Uuid();
-    root.impl()->nativeType = &typeid(ModelElement);
-    for (const char16_t* name : {u"Package", u"Class", u"Enum", u"EnumLiteral", u"PrimitiveType", u"Property",
-                                 u"Operation", u"Argument"}) {
-      addClass(meta, name, root);
-    }
-
-    addPrimitive<std::u16string>(base, u"String", u"std::u16string");
-    addPrimitive<std::string>(base, u"StdString", u"std::string");
-    addPrimitive<bool>(base, u"Boolean", u"bool");
-    addPrimitive<std::int32_t>(base, u"Integer", u"std::int32_t");
-    addPrimitive<boost::uuids::uuid>(base, u"UUID", u"boost::uuids::uuid");
-    addType(base, u"Model", u"lx::base::Model").impl()->nativeType = &typeid(Model);
-    addType(base, u"HvArray", u"hvArray");
-    registry_.registerRootPackage(lx);
+    addClass<Model>(base, "Model", Class());
+    addMetaClasses(base, root);
+    addPrimitive<std::u16string>(base, "String", u"std::u16string");
+    addPrimitive<std::string>(base, "StdString", u"std::string");
+    addPrimitive<bool>(base, "Boolean", u"bool");
+    addPrimitive<std::int32_t>(base, "Integer", u"std::int32_t");
+    addPrimitive<boost::uuids::uuid>(base, "UUID", u"boost::uuids::uuid");
+    addType<hvArray*>(base, "HvArray", u"hvArray");
+    rootPackages.push_back(lx);
   }
 
  private:
-  /// Make a meta element; its identifier follows from its name.
+  void addMetaClasses(const Package& base, const Class& root) {
+    const Package meta = make<Package>("meta");
+    addPackage(base, meta);
+    const Class named = addClass<NamedElement>(meta, "NamedElement", root);
+    const Class type = addClass<Type>(meta, "Type", named);
+    const Class typed = addClass<TypedElement>(meta, "TypedElement", named);
+    addClass<Package>(meta, "Package", named);
+    addClass<Class>(meta, "Class", type);
+    addClass<Enum>(meta, "Enum", type);
+    addClass<EnumLiteral>(meta, "EnumLiteral", named);
+    addClass<PrimitiveType>(meta, "PrimitiveType", type);
+    addClass<Property>(meta, "Property", typed);
+    addClass<Operation>(meta, "Operation", typed);
+    addClass<Argument>(meta, "Argument", typed);
+  }
+
   template <class Handle>
-  Handle make(const char16_t* name) const {
-    const boost::uuids::name_generator_md5 identify(ModelElement::Uuid());
-    const Handle handle(new typename Handle::Impl(registry_.model(), identify(text::toUtf8(name))));
-    handle.impl()->name = name;
+  Handle make(const char* name) const {
+    const Handle handle(new typename Handle::Impl(model_, standardUuid(name)));
+    handle.impl()->name = text::toUtf16(name);
     handle.impl()->notifyCreated();
     return handle;
   }
 
-  Class addClass(const Package& package, const char16_t* name, const Class& super) {
+  template <class E>
+  Class addClass(const Package& package, const char* name, const Class& super) {
     const Class type = make<Class>(name);
-    type.impl()->uuid = type.identifier();
+    type.impl()->uuid = standardUuid(name);
     type.impl()->setSuperclass(super);
     type.impl()->isAbstract = true;
-    AbstractMetaPackage::addType(package, type);
-    registry_.registerTypeNames(type, {name, type.getQualifiedName()});
-    return type;
-  }
-
-  PrimitiveType addType(const Package& package, const char16_t* name, const char16_t* nativeName) {
-    const PrimitiveType type = make<PrimitiveType>(name);
-    type.impl()->nativeName = nativeName;
-    AbstractMetaPackage::addType(package, type);
-    registry_.registerTypeNames(type, {name, type.getQualifiedName(), nativeName});
+    type.impl()->nativeType = &typeid(E);
+    type.impl()->builderFactory = &makeNoBuilder;
+    add(package, type);
     return type;
   }
 
   template <class T>
-  void addPrimitive(const Package& package, const char16_t* name, const char16_t* nativeName) {
-    const PrimitiveType type = addType(package, name, nativeName);
+  PrimitiveType addType(const Package& package, const char* name, const char16_t* nativeName) {
+    const PrimitiveType type = make<PrimitiveType>(name);
+    type.impl()->nativeName = nativeName;
     type.impl()->nativeType = &typeid(T);
+    add(package, type);
+    types_[nativeName] = type;
+    return type;
+  }
+
+  template <class T>
+  void addPrimitive(const Package& package, const char* name, const char16_t* nativeName) {
+    const PrimitiveType type = addType<T>(package, name, nativeName);
     PropertySerializerRegistry::getInstance().registerPropertySerializer(
         type.getQualifiedName(), u"", std::make_shared<const DefaultPropertySerializer<T>>());
   }
 
-  MetaRegistry& registry_;
+  void add(const Package& package, const Type& type) {
+    AbstractMetaPackage::addType(package, type);
+    types_[type.getName()] = type;
+    types_[type.getQualifiedName()] = type;
+  }
+
+  const Model& model_;
+  MetaRegistry::Names& types_;
 };
 
 }  // namespace
 
-MetaRegistry::MetaRegistry() : model_(Model::create()) {
+MetaRegistry::MetaRegistry() {
   PropertySerializerRegistry::getInstance();  // outlives this registry
-  Transaction transaction = model_.impl()->beginTransaction(true);
-  const StandardPackage standard(*this);
-  std::vector<ModelElement> made = unpinnedElements();
+  makeStandard();
+}
+
+/// Begin with a new model that has the types of the foundation and no others; an exception changes nothing.
+void MetaRegistry::makeStandard() {
+  Model model = Model::create();
+  Names types;
+  std::vector<Package> rootPackages;
+  Transaction transaction = model.impl()->beginTransaction(true);
+  const StandardPackage standard(model, types, rootPackages);
+  std::vector<ModelElement> made = unpinnedElements(model);
   transaction.commit();
+  Model::Freezer::freeze(model);
   pin(std::move(made));
-  Model::Freezer::freeze(model_);
+  std::swap(model_, model);
+  types_.swap(types);
+  rootPackages_.swap(rootPackages);
+}
+
+/// Give this registry with a living model, whatever became of the former one.
+MetaRegistry& MetaRegistry::standing() {
+  if (!model_.isAlive()) makeStandard();
+  return *this;
 }
 
 /// Give the elements that can't be shared by threads yet, with room for keeping them. Their identities are
 /// made now, since being asked for one changes an element.
-std::vector<ModelElement> MetaRegistry::unpinnedElements() {
-  std::vector<ModelElement> result = model_.impl()->elements();
+std::vector<ModelElement> MetaRegistry::unpinnedElements(const Model& model) {
+  std::vector<ModelElement> result = model.impl()->elements();
   std::erase_if(result, [](const ModelElement& element) { return element.impl()->isPinned(); });
   for (const ModelElement& element : result) static_cast<void>(element.identifier());
   pinned_.reserve(pinned_.size() + result.size());
@@ -222,13 +258,21 @@ void MetaRegistry::unregisterRootPackage(const std::u16string& name) {
   if (!package) report::noSuchType(name);
   destroyPackage(package);
   std::erase(rootPackages_, package);
+  {
+    PropertySerializerRegistry& serializers = PropertySerializerRegistry::getInstance();
+    const std::scoped_lock lock(serializers.mutex_);
+    std::erase_if(serializers.entries_, [&](const auto& entry) {
+      const auto type = types_.find(entry.first.first);
+      return type != types_.end() && !type->second.isAlive();
+    });
+  }
   std::erase_if(types_, [](const auto& entry) { return !entry.second.isAlive(); });
 }
 
 MetaRegistry::Update::Update(MetaRegistry& registry)
     : registry_(registry),
       lock_(registry.mutex_),
-      types_(registry.types_),
+      types_(registry.standing().types_),
       rootPackages_(registry.rootPackages_),
       serializers_([] {
         const PropertySerializerRegistry& serializers = PropertySerializerRegistry::getInstance();
@@ -248,7 +292,7 @@ MetaRegistry::Update::~Update() {
 }
 
 void MetaRegistry::Update::commit() {
-  std::vector<ModelElement> made = registry_.unpinnedElements();
+  std::vector<ModelElement> made = registry_.unpinnedElements(registry_.model_);
   transaction_.commit();
   const bool isPublished = !registry_.model_.impl()->hasOpenTransaction();
   if (isPublished) registry_.pin(std::move(made));

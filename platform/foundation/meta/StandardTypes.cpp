@@ -1,57 +1,81 @@
 #include "platform/foundation/meta/StandardTypes.h"
 
+#include <atomic>
+
 #include "platform/foundation/meta/MetaRegistry.h"
 
 namespace lx::base::meta {
 
 namespace {
 
-// Kept for good, so that they can be asked for at process exit, too.
+Class lookUpClass(const char16_t* name) {
+  return MetaRegistry::getInstance().getClass(name);
+}
 
-const PrimitiveType& keep(const char16_t* name) {
-  return *new PrimitiveType(MetaRegistry::getInstance().getPrimitiveType(name));
+PrimitiveType lookUp(const char16_t* name) {
+  return MetaRegistry::getInstance().getPrimitiveType(name);
+}
+
+struct Kept {
+  explicit Kept(const Kept* before) : former(before) {}
+
+  const Kept* const former;  // of a registry's model that is gone; handed out, so that it stays
+  const Class modelElement = lookUpClass(u"ModelElement");
+  const Class model = lookUpClass(u"Model");
+  const PrimitiveType string = lookUp(u"String");
+  const PrimitiveType stdString = lookUp(u"StdString");
+  const PrimitiveType boolean = lookUp(u"Boolean");
+  const PrimitiveType integer = lookUp(u"Integer");
+  const PrimitiveType uuid = lookUp(u"UUID");
+  const PrimitiveType hvArray = lookUp(u"HvArray");
+};
+
+bool isOutdated(const Kept* kept) {
+  if (kept == nullptr) return true;
+  if (kept->modelElement.isAlive()) return false;
+  const Type present = MetaRegistry::getInstance().findType(u"ModelElement");
+  return present.isAlive() && !(present == kept->modelElement);
+}
+
+const Kept& kept() {
+  static std::atomic<const Kept*> latest = nullptr;  // can be asked for at process exit, too
+  const Kept* present = latest.load(std::memory_order_acquire);
+  if (isOutdated(present)) {
+    const std::scoped_lock lock(MetaRegistry::getInstance().mutex());
+    present = latest.load(std::memory_order_relaxed);
+    if (isOutdated(present)) {
+      present = new const Kept(present);
+      latest.store(present, std::memory_order_release);
+    }
+  }
+  return *present;
 }
 
 }  // namespace
 
 const Class& StandardTypes::modelElement() {
-  static const Class& type = *new Class(MetaRegistry::getInstance().getClass(u"ModelElement"));
-  return type;
+  return kept().modelElement;
 }
-
+const Class& StandardTypes::model() {
+  return kept().model;
+}
 const PrimitiveType& StandardTypes::string() {
-  static const PrimitiveType& type = keep(u"String");
-  return type;
+  return kept().string;
 }
-
 const PrimitiveType& StandardTypes::stdString() {
-  static const PrimitiveType& type = keep(u"StdString");
-  return type;
+  return kept().stdString;
 }
-
 const PrimitiveType& StandardTypes::boolean() {
-  static const PrimitiveType& type = keep(u"Boolean");
-  return type;
+  return kept().boolean;
 }
-
 const PrimitiveType& StandardTypes::integer() {
-  static const PrimitiveType& type = keep(u"Integer");
-  return type;
+  return kept().integer;
 }
-
 const PrimitiveType& StandardTypes::uuid() {
-  static const PrimitiveType& type = keep(u"UUID");
-  return type;
+  return kept().uuid;
 }
-
-const PrimitiveType& StandardTypes::model() {
-  static const PrimitiveType& type = keep(u"Model");
-  return type;
-}
-
 const PrimitiveType& StandardTypes::hvArray() {
-  static const PrimitiveType& type = keep(u"HvArray");
-  return type;
+  return kept().hvArray;
 }
 
 }  // namespace lx::base::meta

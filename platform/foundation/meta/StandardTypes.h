@@ -4,7 +4,8 @@
 
 namespace lx::base::meta {
 
-/// The types that the foundation brings itself, looked up in the registry once and kept.
+/// The types that the foundation brings itself, looked up in the registry once and kept. If the
+/// registry got another model, later calls give the types that are in that; what was given before stays.
 ///
 ///     if (property.getType() == StandardTypes::stdString()) …
 class ND_PLATFORM_EXPORT StandardTypes {
@@ -12,12 +13,12 @@ class ND_PLATFORM_EXPORT StandardTypes {
   StandardTypes() = delete;
 
   static const Class& modelElement();
+  static const Class& model();
   static const PrimitiveType& string();
   static const PrimitiveType& stdString();
   static const PrimitiveType& boolean();
   static const PrimitiveType& integer();
   static const PrimitiveType& uuid();
-  static const PrimitiveType& model();
   static const PrimitiveType& hvArray();
 };
 

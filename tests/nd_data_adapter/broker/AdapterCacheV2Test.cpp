@@ -1,4 +1,11 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
 #include "nd_data_adapter/model/AdapterCacheV2.h"
+#include "platform/foundation/CreateElement.h"
 #include "platform/foundation/meta/Meta.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
@@ -6,6 +13,7 @@
 #include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
+using lx::base::createProxy;
 using lx::base::Model;
 using lx::base::Transaction;
 using lx::base::Value;
@@ -14,6 +22,7 @@ using support::ModelWatch;
 using support::ProbeAdapter;
 using support::raisedBy;
 using support::stateOfBroker;
+using testing::ElementsAre;
 
 namespace {
 
@@ -314,6 +323,89 @@ TEST_F(AdapterCacheV2Test, RefusesAnEntryOfAnotherModelInItsMap) {
   EXPECT_EQ(raisedBy([&] { cache.impl()->getCPPCacheMutable().add(foreign); }),
             "CannotCreateCrossModelAssociation(nd.data.adapter.AdapterCacheV2.CPPCache)");
   EXPECT_TRUE(stateOfBroker().empty());
+}
+
+// Entries that aren't loaded
+
+boost::uuids::uuid someIdentity() {
+  boost::uuids::uuid result{};
+  result.data[15] = 1;
+  return result;
+}
+
+TEST_F(AdapterCacheV2Test, HoldsAProxyApart) {
+  store(u"q", u"a");
+  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
+  auto& entries = cache.impl()->getCPPCacheMutable();
+  {
+    const ModelWatch watch(model);
+    entries.add(proxy);
+    EXPECT_EQ(watch.notices(), (std::vector<Lines>{{"changed nd.data.adapter.AdapterCacheV2.CPPCache"}}));
+  }
+  EXPECT_THAT(entries.proxies(), ElementsAre(proxy));
+  EXPECT_EQ(proxy.container(), cache);
+
+  EXPECT_EQ(stateOfBroker(), Lines{"open q: a"});
+  EXPECT_EQ(cache.getAllAdapterQualifiers(), Names{u"q"});
+  EXPECT_EQ(cache.getCPPAdapter(u""), nullptr) << "a proxy has no key, not even the empty one";
+  EXPECT_FALSE(cache.removeCPPAdapterFromCache(u""));
+  EXPECT_TRUE(proxy.isAlive());
+  store(u"", u"b");
+  EXPECT_EQ(stateOfBroker(), (Lines{"open : b", "open q: a"}));
+}
+
+TEST_F(AdapterCacheV2Test, LetsTheAdapterOfAnEntryGoUnclosedThatBecomesAProxy) {
+  store(u"q", u"a");
+  const CPPAdapterV2Entry entry = cache.impl()->getCPPCache().find(u"q");
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    entry.impl()->convertToProxy();
+    EXPECT_EQ(cache.getCPPAdapter(u"q"), nullptr);
+  }
+  EXPECT_EQ(stateOfBroker(), Lines{"open q: a"});
+  EXPECT_TRUE(calls().empty());
+
+  entry.impl()->convertToProxy();
+  EXPECT_EQ(calls(), Lines{"a.~"});
+  EXPECT_TRUE(stateOfBroker().empty());
+  EXPECT_FALSE(cache.removeCPPAdapterFromCache(u"q"));
+  EXPECT_THAT(cache.impl()->getCPPCache().proxies(), ElementsAre(entry));
+  store(u"q", u"b");
+  EXPECT_EQ(stateOfBroker(), Lines{"open q: b"}) << "the qualifier is free";
+}
+
+TEST_F(AdapterCacheV2Test, RefusesToChangeAProxyThatItHolds) {
+  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
+  cache.impl()->getCPPCacheMutable().add(proxy);
+  EXPECT_EQ(raisedBy([&] { proxy.setAdapter(makeProbe(u"a")); }),
+            "CannotModifyProxy(nd.data.adapter.CPPAdapterV2Entry.Adapter)");
+  EXPECT_EQ(raisedBy([&] { proxy.setName(u"q"); }),
+            "CannotModifyProxy(nd.data.adapter.CPPAdapterV2Entry.AdapterName)");
+}
+
+TEST_F(AdapterCacheV2Test, ResolvesAProxyToTheEntryUnderItsOwnQualifier) {
+  auto& entries = cache.impl()->getCPPCacheMutable();
+  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
+  entries.add(proxy);
+  EXPECT_FALSE(entries.resolveProxy(proxy)) << "the model doesn't have the entry";
+
+  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model, someIdentity());
+  entry.setName(u"q");
+  entry.setAdapter(makeProbe(u"a"));
+  EXPECT_TRUE(stateOfBroker().empty()) << "the proxy stands in the cache, the entry beside it";
+  EXPECT_EQ(entries.resolveProxy(proxy), entry);
+  EXPECT_EQ(stateOfBroker(), Lines{"open q: a"});
+  EXPECT_TRUE(entries.proxies().empty());
+  EXPECT_FALSE(proxy.isAlive());
+}
+
+TEST_F(AdapterCacheV2Test, EndsWithItsProxiesAndClosesWhatIsLoaded) {
+  store(u"q", u"a");
+  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
+  cache.impl()->getCPPCacheMutable().add(proxy);
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"a.close", "a.~"}));
+  EXPECT_FALSE(proxy.isAlive());
 }
 
 // Handles without an element

@@ -1,4 +1,11 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
+#include "platform/foundation/CreateElement.h"
 #include "platform/foundation/meta/Meta.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
@@ -6,6 +13,7 @@
 #include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
+using lx::base::createProxy;
 using lx::base::Model;
 using lx::base::Transaction;
 using support::Lines;
@@ -13,6 +21,7 @@ using support::ModelWatch;
 using support::ProbeAdapter;
 using support::raisedBy;
 using support::stateOfBroker;
+using testing::ElementsAre;
 
 namespace {
 
@@ -283,6 +292,102 @@ TEST_F(AdapterRegistryV2Test, MakesNoEntryFromABuilderWhoseKeyIsTaken) {
   EXPECT_TRUE(watch.notices().empty());
   EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
   EXPECT_EQ(calls(), Lines{"b.~"});
+}
+
+// Entries that aren't loaded
+
+boost::uuids::uuid someIdentity() {
+  boost::uuids::uuid result{};
+  result.data[15] = 1;
+  return result;
+}
+
+TEST_F(AdapterRegistryV2Test, HoldsAProxyApart) {
+  registerProbe(u"a");
+  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
+  auto& entries = registry.impl()->getCPPRegistryMutable();
+  {
+    const ModelWatch watch(model);
+    entries.add(proxy);
+    EXPECT_EQ(watch.notices(),
+              (std::vector<Lines>{{"changed nd.data.adapter.AdapterRegistryV2.CPPRegistry"}}));
+  }
+  EXPECT_THAT(entries.proxies(), ElementsAre(proxy));
+  EXPECT_EQ(proxy.container(), registry);
+
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
+  EXPECT_EQ(registry.getAllAdapterNames(), Names{u"a"});
+  EXPECT_EQ(registry.getDisplayList(), Names{u".test : a"});
+  EXPECT_EQ(registry.getCPPAdapterStaticForSource(u"x.test").size(), 1U);
+  EXPECT_TRUE(registry.isAdapterRegisteredByExtension(u".test"));
+  EXPECT_FALSE(registry.isAdapterRegisteredByName(u"")) << "a proxy has no key, not even the empty one";
+  EXPECT_EQ(registry.getNewCPPAdapter(u""), nullptr);
+  EXPECT_EQ(registry.getCPPAdapterForStaticUse(u""), nullptr);
+  EXPECT_FALSE(registry.unregisterCPPAdapter(u""));
+  EXPECT_TRUE(proxy.isAlive());
+  registerProbe(u"");
+  EXPECT_EQ(stateOfBroker(), (Lines{"registered : ", "registered a: a"}));
+}
+
+TEST_F(AdapterRegistryV2Test, LetsThePrototypeOfAnEntryGoWithoutACallThatBecomesAProxy) {
+  registerProbe(u"a");
+  const CPPAdapterV2Entry entry = registry.impl()->getCPPRegistry().find(u"a");
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    entry.impl()->convertToProxy();
+    EXPECT_FALSE(registry.isAdapterRegisteredByName(u"a"));
+  }
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
+  EXPECT_TRUE(calls().empty());
+
+  entry.impl()->convertToProxy();
+  EXPECT_EQ(calls(), Lines{"a.~"});
+  EXPECT_FALSE(registry.isAdapterRegisteredByName(u"a"));
+  EXPECT_EQ(registry.getNewCPPAdapter(u"a"), nullptr);
+  EXPECT_THAT(registry.impl()->getCPPRegistry().proxies(), ElementsAre(entry));
+  registerProbe(u"a");
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"}) << "the name is free";
+}
+
+TEST_F(AdapterRegistryV2Test, ResolvesAProxyToTheEntryUnderItsOwnName) {
+  auto& entries = registry.impl()->getCPPRegistryMutable();
+  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
+  entries.add(proxy);
+  EXPECT_FALSE(entries.resolveProxy(proxy)) << "the model doesn't have the entry";
+
+  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model, someIdentity());
+  entry.setName(u"key");
+  entry.setAdapter(makeProbe(u"a"));
+  EXPECT_TRUE(stateOfBroker().empty()) << "the proxy stands in the registry, the entry beside it";
+  EXPECT_EQ(entries.resolveProxy(proxy), entry);
+  EXPECT_EQ(stateOfBroker(), Lines{"registered key: a"});
+  EXPECT_TRUE(entries.proxies().empty());
+  EXPECT_FALSE(proxy.isAlive());
+}
+
+TEST_F(AdapterRegistryV2Test, KeepsAProxyWhoseEntryHasATakenName) {
+  registerProbe(u"a");
+  auto& entries = registry.impl()->getCPPRegistryMutable();
+  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
+  entries.add(proxy);
+  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model, someIdentity());
+  entry.setName(u"a");
+  const ModelWatch watch(model);
+  EXPECT_EQ(raisedBy([&] { entries.resolveProxy(proxy); }),
+            "UniquenessConstraint(nd.data.adapter.AdapterRegistryV2.CPPRegistry)");
+  EXPECT_TRUE(watch.notices().empty());
+  EXPECT_FALSE(watch.hasOpenTransaction());
+  EXPECT_THAT(entries.proxies(), ElementsAre(proxy));
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
+}
+
+TEST_F(AdapterRegistryV2Test, EndsWithItsProxies) {
+  registerProbe(u"a");
+  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
+  registry.impl()->getCPPRegistryMutable().add(proxy);
+  registry.destroy();
+  EXPECT_EQ(calls(), Lines{"a.~"});
+  EXPECT_FALSE(proxy.isAlive());
 }
 
 // Handles without an element

@@ -95,6 +95,25 @@ TEST_F(CPPAdapterV2EntryTest, TakesANameAsAProxyToo) {
   EXPECT_EQ(entry.adapterName(), u"a");
 }
 
+TEST_F(CPPAdapterV2EntryTest, TakesANameInAFrozenModelUnlessACollectionIsKeyedByIt) {
+  const MetaDataEntry holder = MetaDataEntry::create(model);
+  const CPPAdapterV2Entry loose = CPPAdapterV2Entry::create(model), held = CPPAdapterV2Entry::create(model);
+  holder.setValue(held);
+  const CPPAdapterV2Entry registered = addToRegistry(u"a");
+  Model::Freezer::freeze(model);
+  const ModelWatch watch(model);
+  EXPECT_EQ(raisedBy([&] { loose.setName(u"b"); }), "nothing");
+  EXPECT_EQ(raisedBy([&] { held.setName(u"b"); }), "nothing");
+  EXPECT_EQ(raisedBy([&] { registered.setName(u"b"); }),
+            "InvalidValue(nd.data.adapter.CPPAdapterV2Entry.AdapterName)");
+  EXPECT_EQ(loose.adapterName(), u"b");
+  EXPECT_EQ(held.adapterName(), u"b");
+  EXPECT_EQ(registered.adapterName(), u"a");
+  EXPECT_EQ(registry.impl()->getCPPRegistry().keys(), (std::vector<std::u16string>{u"a"}));
+  EXPECT_EQ(watch.transactions(), 0U);
+  EXPECT_TRUE(watch.notices().empty());
+}
+
 TEST_F(CPPAdapterV2EntryTest, TakesANameAtOnceWhereAPropertyWithoutKeyHoldsIt) {
   const MetaDataEntry holder = MetaDataEntry::create(model);
   const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model);

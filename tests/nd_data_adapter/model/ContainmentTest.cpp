@@ -244,13 +244,32 @@ TEST(ContainedReference, IsEmptyOnceItsElementWasDestroyedByHand) {
   EXPECT_FALSE(entry.hasValue());
 }
 
+/// Counts how often it is asked to make its element.
+class CountingBuilder final : public ChangeTuple::Builder {
+ public:
+  explicit CountingBuilder(int& count) : count_(&count) {}
+
+  ModelElement doCreate(bool defer, const boost::uuids::uuid& uuid) override {
+    ++*count_;
+    return ChangeTuple::Builder::doCreate(defer, uuid);
+  }
+
+ private:
+  int* count_;
+};
+
 TEST(ContainedReference, RefusesToMakeASecondElement) {
   const Model model = Model::create();
   const MetaDataEntry entry = MetaDataEntry::create(model);
-  const ModelElement first = entry.createIntoValue(ChangeTuple::Builder());
+  int made = 0;
+  const ModelElement first = entry.createIntoValue(CountingBuilder(made));
+  ASSERT_EQ(made, 1);
   const std::string before = stateOf(model);
-  EXPECT_EQ(raised<CannotAddSecondObject>([&] { entry.createIntoValue(ChangeTuple::Builder()); }),
+  const std::uint64_t begun = transactions(model);
+  EXPECT_EQ(raised<CannotAddSecondObject>([&] { entry.createIntoValue(CountingBuilder(made)); }),
             "CannotAddSecondObject(" + EntryValue + ")");
+  EXPECT_EQ(made, 1) << "the builder isn't asked";
+  EXPECT_EQ(transactions(model), begun);
   EXPECT_EQ(entry.value(), first);
   EXPECT_EQ(stateOf(model), before);
 }

@@ -1,4 +1,5 @@
 #include <boost/uuid/string_generator.hpp>
+#include <boost/uuid/uuid_io.hpp>
 
 #include "tests/nd_data_adapter/model/ModelTest.h"
 
@@ -105,7 +106,8 @@ TEST(ElementIdentity, CanNotBeThatWhichALivingElementGotAtRandom) {
   const Model model = Model::create();
   const ChangeTuple tuple = ChangeTuple::create(model);
   const uuid random = tuple.identifier();
-  EXPECT_NE(raised<CannotAddSecondObject>([&] { ChangeTuple::create(model, random); }), "raised nothing");
+  EXPECT_EQ(raised<CannotAddSecondObject>([&] { ChangeTuple::create(model, random); }),
+            "CannotAddSecondObject(The identity " + boost::uuids::to_string(random) + ")");
 }
 
 TEST(ElementIdentity, IsFreeAgainOnceItsElementIsDestroyed) {

@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "tests/nd_data_adapter/model/Probe.h"
 
 using namespace model_test;
@@ -141,6 +143,28 @@ TEST(ModelEnd, TellsAnElementThatWasCreatedMeanwhile) {
     });
   }
   EXPECT_EQ(told, 1);
+}
+
+TEST(ModelEnd, BearsThatAnElementTakesItsOwnCreationBack) {
+  for (const bool isByHand : {true, false}) {
+    std::optional<Transaction> open;
+    int told = 0;
+    {
+      const Model model = Model::create();
+      createProbe<ChangeTuple>(model, [&, impl = model.impl()](const ChangeTuple&) {
+        ++told;
+        open.emplace(impl->beginTransaction(false));
+        createProbe<ChangeTuple>(Model(impl), [&](const ChangeTuple&) {
+          ++told;
+          open.reset();
+        });
+      });
+      createProbe<ChangeTuple>(model, [&](const ChangeTuple&) { ++told; });
+      if (isByHand) model.destroy();
+    }
+    EXPECT_EQ(told, 4)
+        << "the telling of the last one was taken back with the rest, so that it is told again";
+  }
 }
 
 TEST(ModelEnd, EndsAlsoWhenAnElementHoldsItsOwnModelAndItIsDestroyedByHand) {

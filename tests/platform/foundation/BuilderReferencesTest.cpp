@@ -75,7 +75,7 @@ TEST(BuilderReferences, MayFormACircle) {
   back.borrow();
   in<References>(first).setOther(second);
   in<References>(second).setOther(back);
-  const References made(static_cast<References::Impl*>(BuilderWrapper(first).createIn(model, {}).impl()));
+  const References made(static_cast<References::Impl*>(first.builder()->createIn(model).impl()));
   EXPECT_EQ(model.impl()->numberOfElements(), 2U);
   EXPECT_EQ(made.name(), u"first");
   EXPECT_EQ(made.other().name(), u"second");
@@ -88,7 +88,7 @@ TEST(BuilderReferences, MayReferToThemselves) {
   References::BuilderWrapper self(wrapper);
   self.borrow();
   in<References>(wrapper).setOther(self).setAny(self);
-  const References made(static_cast<References::Impl*>(BuilderWrapper(wrapper).createIn(model, {}).impl()));
+  const References made(static_cast<References::Impl*>(wrapper.builder()->createIn(model).impl()));
   EXPECT_EQ(made.other(), made);
   EXPECT_EQ(made.any(), made);
   EXPECT_EQ(model.impl()->numberOfElements(), 1U);
@@ -117,13 +117,13 @@ TEST(BuilderReferences, RefuseACircleOfContainmentAndLeaveNothing) {
   in<Branch>(branch).setLeaf(Leaf::Builder().setBranch(back));
   const std::string circle =
       "the element contains the one it would be put into; an element can't contain itself.)";
-  EXPECT_EQ(raised<InvalidValue>([&] { BuilderWrapper(branch).createIn(model, {}); }),
+  EXPECT_EQ(raised<InvalidValue>([&] { branch.builder()->createIn(model); }),
             "InvalidValue(probe.Branch.leaf; " + circle);
   const Branch::BuilderWrapper own{Branch::Builder()};
   Branch::BuilderWrapper itself(own);
   itself.borrow();
   in<Branch>(own).setBranches(itself);
-  EXPECT_EQ(raised<InvalidValue>([&] { BuilderWrapper(own).createIn(model, {}); }),
+  EXPECT_EQ(raised<InvalidValue>([&] { own.builder()->createIn(model); }),
             "InvalidValue(probe.Branch.branches; " + circle);
   EXPECT_EQ(model.impl()->numberOfElements(), 0U);
 }

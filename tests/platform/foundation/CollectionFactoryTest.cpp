@@ -16,16 +16,16 @@ namespace {
 
 class CollectionFactory : public testing::Test {
  protected:
-  /// Makes the collection in which a property of an owner holds elements of class E.
+  /// Makes a collection as the one in which a property of an owner holds elements of class E.
   template <class E, class Owner>
-  static std::unique_ptr<AbstractOwnedCollection> made(const Owner& owner, const char16_t* property) {
+  static std::shared_ptr<const AbstractOwnedCollection> made(const Owner& owner, const char16_t* property) {
     return E::metaClass().impl()->instantiateCollection(*owner.impl(), Owner::metaClass().property(property));
   }
 
   /// Tells whether the collection is of class C, for which E is asked by the owner's property.
   template <class C, class E, class Owner>
   static bool isMade(const Owner& owner, const char16_t* property) {
-    const std::unique_ptr<AbstractOwnedCollection> collection = made<E>(owner, property);
+    const auto collection = made<E>(owner, property);
     return dynamic_cast<const C*>(collection.get()) != nullptr && &collection->owner() == owner.impl() &&
            collection->getCollectionProperty() == Owner::metaClass().property(property);
   }
@@ -75,6 +75,45 @@ TEST_F(CollectionFactory, MakesAnEmptyCollectionThatIsNotTheOwnersOwn) {
   EXPECT_TRUE(row.empty());
   EXPECT_NE(&row, &references.row());
   EXPECT_EQ(references.row().size(), 1U);
+}
+
+/// Whether elements can be put into a collection, and be taken out.
+template <class Collection>
+concept Changeable = requires(Collection& collection, const Thing& element) {
+  collection.add(element);
+  collection.remove(element);
+  collection.clear();
+  collection.resolveProxy(element);
+};
+
+TEST_F(CollectionFactory, MakesCollectionsThatNothingCanBePutInto) {
+  using Made = decltype(made<Thing>(containers, u"row"))::element_type;
+  EXPECT_TRUE(std::is_const_v<Made>);
+  using Row = ElementSequence<Thing>;
+  using Map = ElementMap<std::u16string, Thing>;
+  using Multimap = ElementMultimap<std::int32_t, Thing>;
+  using Referring = TypedReferenceCollection<Thing, std::vector<Thing>>;
+  using WithProxies = TypedReferenceCollectionWithProxies<Thing, std::unordered_set<Thing>>;
+  EXPECT_TRUE(Changeable<Row> && Changeable<Map> && Changeable<Multimap> && Changeable<Referring> &&
+              Changeable<WithProxies>);
+  EXPECT_FALSE(Changeable<const Row> || Changeable<const Map> || Changeable<const Multimap> ||
+               Changeable<const Referring> || Changeable<const WithProxies>);
+}
+
+TEST_F(CollectionFactory, MakesCollectionsThatOutliveTheirOwners) {
+  std::shared_ptr<const AbstractOwnedCollection> row, bag;
+  {
+    const Model passing = Model::create();
+    row = made<Thing>(probe::Containers::create(passing), u"row");
+    bag = made<Thing>(probe::References::create(passing), u"bag");
+  }
+  for (const auto& each : {row, bag}) {
+    EXPECT_FALSE(each->owner().isAlive());
+    EXPECT_FALSE(each->getModel());
+  }
+  EXPECT_EQ(row->getCollectionProperty(), probe::Containers::metaClass().property(u"row"));
+  EXPECT_EQ(bag->getCollectionProperty(), probe::References::metaClass().property(u"bag"));
+  EXPECT_TRUE(dynamic_cast<const ElementSequence<Thing>&>(*row).empty());
 }
 
 TEST_F(CollectionFactory, MakesNothingForASingleElement) {

@@ -36,11 +36,14 @@ TEST(EnumText, RefusesANameThatIsNoLiteralAndListsThoseThatAre) {
 }
 
 TEST(EnumText, ComparesNamesExactly) {
-  for (const char16_t* wrong : {u"", u"sun", u"Sun ", u"Su", u"Sunny", u"0"}) {
-    EXPECT_NE(raised<InvalidValue>([&] { literalValue(u"Weather", Weather, wrong); }), "raised nothing");
-  }
   const std::u16string withNul{u'S', u'u', u'n', u'\0'};
-  EXPECT_NE(raised<InvalidValue>([&] { literalValue(u"Weather", Weather, withNul); }), "raised nothing");
+  for (const std::u16string& wrong :
+       {std::u16string(), std::u16string(u"sun"), std::u16string(u"Sun "), std::u16string(u"Su"),
+        std::u16string(u"Sunny"), std::u16string(u"0"), withNul}) {
+    EXPECT_EQ(raised<InvalidValue>([&] { literalValue(u"Weather", Weather, wrong); }),
+              "InvalidValue(Weather; there is no literal \"" + lx::text::toUtf8(wrong) +
+                  "\"; its literals are Sun, Rain, Snow.)");
+  }
 }
 
 }  // namespace

@@ -1,7 +1,15 @@
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
+#include <unistd.h>
+
+#include "platform/foundation/Cast.h"
 #include "platform/foundation/messages.h"
 #include "platform/foundation/meta/Access.h"
 #include "platform/foundation/meta/MetaRegistry.h"
 #include "platform/foundation/meta/StandardTypes.h"
+#include "platform/host/Array.h"
 #include "tests/platform/foundation/raised.h"
 #include "tests/support/model/MetaPackageProbe.h"
 #include "tests/support/model/Optionals.h"
@@ -43,9 +51,45 @@ TEST(StandardTypes, AreKeptOnceLookedUp) {
   EXPECT_EQ(&StandardTypes::stdString(), &StandardTypes::stdString());
 }
 
+/// Holds the registry's mutex and asks, while another thread has come to ask, too. Ends the process, which is
+/// to be one where nobody has asked yet; the alarm ends one that hangs.
+[[noreturn]] void askBesideAnotherThread() {
+  alarm(30);
+  std::thread other;
+  bool isThere = false;
+  {
+    const std::scoped_lock lock(MetaRegistry::getInstance().mutex());
+    other = std::thread([] { static_cast<void>(StandardTypes::string()); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    isThere = StandardTypes::string().isAlive();
+  }
+  other.join();
+  std::_Exit(isThere ? 0 : 1);
+}
+
+TEST(StandardTypesDeathTest, AreLookedUpByWhoHoldsTheRegistrysMutexWhileAnotherThreadAsks) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(askBesideAnotherThread(), testing::ExitedWithCode(0), "");
+}
+
 TEST(StandardTypes, AreTheTypesOfProperties) {
   EXPECT_EQ(probe::Values::metaClass().property(u"narrow").getType(), StandardTypes::stdString());
   EXPECT_FALSE(probe::Values::metaClass().property(u"text").getType() == StandardTypes::stdString());
+  EXPECT_EQ(probe::Values::metaClass().property(u"world").getType(), StandardTypes::model());
+  EXPECT_EQ(probe::Values::metaClass().property(u"array").getType(), StandardTypes::hvArray());
+}
+
+TEST(MetaElements, HaveTheClassesThatDescribeThem) {
+  const meta::Class robot = probe::inner::Robot::metaClass();
+  const meta::Class square = probe::Square::metaClass();
+  const Type colour = MetaRegistry::getInstance().getType(u"probe.Colour");
+  EXPECT_EQ(robot.getMetaClass(), meta::Class::metaClass());
+  EXPECT_EQ(robot.property(u"name").getMetaClass(), meta::Property::metaClass());
+  EXPECT_EQ(square.operation(u"describe").getMetaClass(), meta::Operation::metaClass());
+  EXPECT_EQ(square.operation(u"describe").getArguments().at(0).getMetaClass(), meta::Argument::metaClass());
+  EXPECT_EQ(colour.getMetaClass(), meta::Enum::metaClass());
+  EXPECT_EQ(lx::base::castTo<meta::Enum>(colour).getLiterals().at(0).getMetaClass(),
+            meta::EnumLiteral::metaClass());
 }
 
 class NativeTypes : public testing::Test {
@@ -69,6 +113,7 @@ TEST_F(NativeTypes, OfTheStandardTypes) {
   EXPECT_FALSE(isCorrect<std::string>(u"String"));
   EXPECT_FALSE(isCorrect<std::int64_t>(u"Integer"));
   EXPECT_FALSE(isCorrect<bool>(u"Integer"));
+  EXPECT_TRUE(isCorrect<hvArray*>(u"HvArray"));
   EXPECT_FALSE(isCorrect<void*>(u"HvArray"));
 }
 

@@ -122,6 +122,16 @@ TEST_F(Operations, AreDescribedAsTheyAre) {
   EXPECT_TRUE(shape.operation(u"count").isStatic());
 }
 
+TEST_F(Operations, ThatAreInternalCanBeRefusedByTheirDescription) {
+  const auto shape = Shape::metaClass();
+  for (const char16_t* name : {u"corners", u"count"}) {
+    EXPECT_EQ(raised<InvalidValue>([&] { shape.operation(name).checkPublic(); }),
+              "InvalidValue(probe.Shape." + lx::text::toUtf8(name) +
+                  "; the operation is not public; call a public one of its class.)");
+  }
+  EXPECT_NO_THROW(shape.operation(u"area").checkPublic());
+}
+
 TEST_F(Operations, ThatAreOverriddenAreDescribedOnceOnly) {
   EXPECT_TRUE(Square::metaClass().getOwnOperations().empty());
   ASSERT_EQ(Cube::metaClass().getOwnOperations().size(), 1U);
@@ -179,9 +189,13 @@ TEST_F(Operations, OfAnAbstractClassCantBeHadByItsBuilder) {
   EXPECT_EQ(model.impl()->numberOfElements(), 2U);
 }
 
-TEST_F(Operations, OfAnAbstractClassHaveNoRegisteredBuilder) {
-  EXPECT_TRUE(Shape::metaClass().isAbstract());
-  EXPECT_FALSE(Shape::metaClass().impl()->instantiateBuilder(model));
+TEST_F(Operations, OfAnAbstractClassHaveARegisteredFactoryThatMakesNoBuilder) {
+  for (const auto& described : {Shape::metaClass(), ModelElement::metaClass()}) {
+    EXPECT_TRUE(described.isAbstract());
+    ASSERT_NE(described.impl()->builderFactory, nullptr);
+    EXPECT_FALSE(described.impl()->builderFactory(model));
+    EXPECT_FALSE(described.impl()->instantiateBuilder(model));
+  }
   EXPECT_FALSE(Square::metaClass().isAbstract());
   const auto builder = Square::metaClass().impl()->instantiateBuilder(model);
   ASSERT_TRUE(builder);
@@ -219,6 +233,18 @@ TEST_F(Operations, NeverSetDerivedProperties) {
     EXPECT_EQ(raised<CannotSetReadOnlyProperty>([&] { cube.setPropertyValue(name, Value(u"x")); }),
               "CannotSetReadOnlyProperty(probe.Shape." + lx::text::toUtf8(name) + ")");
   }
+}
+
+TEST_F(Operations, LookAtTheElementBeforeTheyRefuseToSetADerivedProperty) {
+  const Property label = Square::metaClass().property(u"label");
+  cube.impl()->convertToProxy();
+  square.destroy();
+  EXPECT_EQ(raised<CannotModifyProxy>([this] { cube.setPropertyValue(u"label", Value(1)); }),
+            "CannotModifyProxy(probe.Shape.label)");
+  EXPECT_EQ(raised<CannotModifyProxy>([&] { label.checkSettable(*cube.impl()); }),
+            "CannotModifyProxy(probe.Shape.label)");
+  EXPECT_THAT(raised<InvalidValue>([this] { square.setPropertyValue(u"label", Value(1)); }),
+              StartsWith("InvalidValue(probe.Shape.label; the element was destroyed"));
 }
 
 TEST_F(Operations, NeverBuildDerivedProperties) {

@@ -63,9 +63,10 @@ TEST(CreateProxy, IsUndone) {
 TEST(CreateProxy, RefusesTheNilIdentityAndNoModel) {
   Model model = Model::create();
   EXPECT_EQ(raised<InvalidValue>([&] { createProxy<Thing>(model, {}); }),
-            "InvalidValue(createProxy; the identity is nil; give that of the element.)");
-  EXPECT_EQ(raised<InvalidValue>([&] { createProxy<Thing>(Model(), identity(1)); }),
-            "InvalidValue(createProxy; the model is null or was destroyed; give one that is alive.)");
+            "InvalidValue(probe.Thing.createProxy; the identity is nil; give that of the element.)");
+  EXPECT_EQ(
+      raised<InvalidValue>([&] { createProxy<Thing>(Model(), identity(1)); }),
+      "InvalidValue(probe.Thing.createProxy; the model is null or was destroyed; give one that is alive.)");
   EXPECT_EQ(model.impl()->numberOfElements(), 0U);
 }
 

@@ -34,7 +34,7 @@ class Reader final : public lx::base::ChangeObserver {
 /// A model with references of every kind, and proxies wherever they can be; always the same.
 struct World {
   World() {
-    for (const char16_t* name : {u"a", u"b", u"c", u"d"}) things.push_back(thing(model, name));
+    for (const char16_t* name : {u"a", u"b", u"c", u"d", u"e"}) things.push_back(thing(model, name));
     proxy = createProxy<Thing>(model, identity(1));
     rowProxy = createProxy<Thing>(model, identity(2));
     keyProxy = createProxy<Thing>(model, identity(3));
@@ -55,6 +55,8 @@ struct World {
     }
     holder.getProxyRowMutable().add(proxy);
     holder.getProxyBagMutable().add(keyProxy);
+    holder.getRowMutable().add(things[4]);
+    second.setOne(things[4]);
     sets.getTextsMutable().assign(std::vector<std::u16string>{Long, u"b"});
   }
 
@@ -73,6 +75,11 @@ struct World {
   std::string state() const {
     std::string text = stateOf(model);
     for (const std::u16string& each : sets.texts().values()) text += lx::text::toUtf8(each) + ' ';
+    for (const ModelElement& element : model.impl()->elements()) {
+      const boost::uuids::uuid uuid = element.identifier();
+      text += holder.proxyRow().containsProxyTo(uuid) ? 'r' : '-';
+      text += holder.proxyBag().containsProxyTo(uuid) ? 'b' : '-';
+    }
     return text;
   }
 
@@ -80,6 +87,7 @@ struct World {
 
   Model model = Model::create();
   References holder = References::create(model);
+  References second = References::create(model);  // refers later than the first to what both refer to
   Containers containers = Containers::create(model);
   Sets sets = Sets::create(model);
   std::vector<Thing> things;
@@ -116,6 +124,16 @@ const std::vector<Operation>& operations() {
        [](const World& world) { world.holder.getRowMutable().remove(world.things[0]); }},
       {"remove from the bag",
        [](const World& world) { world.holder.getBagMutable().remove(world.things[2]); }},
+      {"commit what is partly as it was",
+       [](const World& world) {
+         Transaction transaction = begin(world.model);
+         world.holder.getRowMutable().remove(world.things[4]);
+         world.holder.getRowMutable().add(world.things[4]);
+         world.holder.getProxyRowMutable().remove(world.things[1]);
+         world.holder.getProxyRowMutable().insert(1, world.things[1]);
+         world.things[2].impl()->convertToProxy();
+         transaction.commit();
+       }},
       {"clear the row", [](const World& world) { world.holder.getRowMutable().clear(); }},
       {"clear the bag", [](const World& world) { world.holder.getProxyBagMutable().clear(); }},
       {"replace the bag",
@@ -152,7 +170,7 @@ const std::vector<Operation>& operations() {
          Branch::BuilderWrapper back(parent);
          back.borrow();
          static_cast<Branch::Builder&>(*parent.builder()).setLeaf(Leaf::Builder().setGrownOn(back));
-         ModelElement::BuilderWrapper(parent).createIn(world.model, {});
+         parent.builder()->createIn(world.model);
        }},
       {"build what refers to what is there and is not",
        [](const World& world) {

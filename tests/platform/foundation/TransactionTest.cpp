@@ -1,4 +1,9 @@
 #include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
 
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/Transaction.h"
@@ -11,6 +16,10 @@ using lxb::messages::InvalidValue;
 using testing::StartsWith;
 
 namespace {
+
+// Transactions end while exceptions pass: what throws while one is undone ends the program.
+static_assert(std::is_nothrow_destructible_v<Transaction> &&
+              std::is_nothrow_move_constructible_v<Transaction>);
 
 Transaction begin(const Model& model) {
   return model.impl()->beginTransaction(false);
@@ -103,6 +112,7 @@ TEST(Transaction, KnowsThatItWasTakenAlongAlsoWhenItWasMoved) {
 TEST(Transaction, NestsAsDeepAsAsked) {
   const Model model = Model::create();
   std::vector<std::unique_ptr<Transaction>> open;
+  open.reserve(1000);
   for (int depth = 0; depth < 1000; ++depth) open.push_back(std::make_unique<Transaction>(begin(model)));
   while (!open.empty()) {
     if (open.size() % 2 == 0) open.back()->commit();

@@ -1,8 +1,15 @@
 #include <array>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <vector>
 
 #include <boost/optional.hpp>
 #include <boost/shared_ptr.hpp>
+#include <gtest/gtest.h>
 
 #include "platform/foundation/ModelElement.h"
 #include "platform/foundation/Value.h"
@@ -219,6 +226,53 @@ TEST(Value, LeavesTheContentAloneWhenCopyingItThrows) {
   Value target(u"kept");
   EXPECT_THROW(target = stubborn, std::length_error);
   EXPECT_EQ(target.as<std::u16string>(), u"kept");
+}
+
+/// Throws from its destructor when it is told to.
+struct Throwing {
+  static inline bool throws = false;
+  Throwing() = default;
+  Throwing(const Throwing&) = default;
+  Throwing& operator=(const Throwing&) = default;
+  ~Throwing() noexcept(false) {  // NOLINT(bugprone-exception-escape): this is what is tested
+    if (throws) throw std::length_error("thrown by a destructor");
+  }
+  friend bool operator==(const Throwing&, const Throwing&) { return true; }
+};
+
+TEST(Value, CarriesWhatMightThrowFromItsDestructor) {
+  Value value{Throwing()};
+  const Value copy(value);
+  EXPECT_EQ(copy, value);
+  value = Value();
+  EXPECT_TRUE(copy.is<Throwing>());
+}
+
+/// Run a step, and end the program well if it lets an exception pass.
+template <class Step>
+void endWellAtAnException(Step step) {
+  try {
+    step();
+  } catch (...) {
+    std::_Exit(0);
+  }
+}
+
+TEST(ValueDeathTest, EndsTheProgramWhenItEndsAndTheDestructorOfItsContentThrows) {
+  EXPECT_DEATH(endWellAtAnException([] {
+                 const Value value{Throwing()};
+                 Throwing::throws = true;
+               }),
+               "thrown by a destructor");
+}
+
+TEST(ValueDeathTest, EndsTheProgramWhenItTakesAnotherValueAndTheDestructorOfItsContentThrows) {
+  EXPECT_DEATH(endWellAtAnException([] {
+                 Value value{Throwing()};
+                 Throwing::throws = true;
+                 value = Value(true);
+               }),
+               "thrown by a destructor");
 }
 
 TEST(Value, KeepsAModelAliveThatItCarries) {

@@ -24,6 +24,9 @@ class Way:
         self.getter = asked + (property_.getter if property_.is_public_getter else "get" + property_.pascal) + "()"
         self.presence = asked + f"has{property_.pascal}()"
         self.setting = self._setting(handle if self.is_settable else element)
+        self.peeking = asked + f"peekResolve{property_.pascal}()"
+        self.resolving = (handle if self.is_settable else element) + f"resolve{property_.pascal}()" \
+            if property_.has_setter else None
         self.into = ((handle if property_.is_public_setter else element) + f"createInto{property_.pascal}"
                      if property_.contained else None)
         concrete = [each for each in model.classes if not each.is_abstract]

@@ -223,7 +223,7 @@ std::vector<WholeOperation> reflectionOperations() {
       {"invoke by name",
        [](const WholeWorld& world) {
          static_cast<void>(world.cube.invoke(u"area", {}));
-         static_cast<void>(world.cube.invoke(u"corners", {}));
+         static_cast<void>(world.cube.impl()->invoke(world.cube.getMetaClass().operation(u"corners"), {}));
          static_cast<void>(world.cube.getPropertyValue(u"label"));
          world.cube.setSide(3);
        }},

@@ -40,6 +40,16 @@ TEST(HostileModel, KeepsItsMembersApartFromThoseOfTheFoundation) {
   hostile.setModels(Model());
 }
 
+TEST(HostileModel, KeepsDefaultsThatHaveNulsWhole) {
+  const Model model = Model::create();
+  const Hostile hostile = Hostile::create(model);
+  EXPECT_EQ(hostile.cut(), std::u16string(u"a\0b", 3));
+  EXPECT_EQ(hostile.cutNarrow(), std::string("\0\xc3\xa9\0", 4));
+  EXPECT_EQ(Hostile::metaClass().property(u"cut").getDefaultText().value(), std::u16string(u"a\0b", 3));
+  EXPECT_EQ(Hostile::metaClass().property(u"cutNarrow").getDefaultText().value(),
+            std::u16string(u"\0\u00e9\0", 3));
+}
+
 TEST(HostileModel, BuildsAndNests) {
   const Model model = Model::create();
   const Hostile other = Hostile::create(model);

@@ -1,4 +1,5 @@
 // The small model shows what a metamodel can describe and the library's own does not use.
+#include "platform/foundation/CreateElement.h"
 #include "platform/foundation/messages.h"
 #include "platform/foundation/meta/MetaRegistry.h"
 #include "tests/nd_data_adapter/model/generator/shop.h"
@@ -238,6 +239,23 @@ TEST(ContainedReference, RefusesAnElementOfTheSuperclass) {
             "CannotAddIncompatibleTypes(shop.Shelf.best; shop.stock.Article; shop.stock.Book)");
   EXPECT_FALSE(shelf.hasBest());
   EXPECT_FALSE(article.container());
+}
+
+TEST(SingleReference, IsResolvedByTheHandle) {
+  const Model model = Model::create();
+  const boost::uuids::uuid uuid{{1, 2, 3}};
+  const Shelf shelf = Shelf::create(model), proxy = lx::base::createProxy<Shelf>(model, uuid);
+  shelf.setNext(proxy);
+  EXPECT_FALSE(shelf.resolveNext()) << "the model doesn't have the element";
+  const Shelf loaded = Shelf::create(model, uuid);
+  EXPECT_EQ(shelf.peekResolveNext(), loaded);
+  EXPECT_EQ(shelf.next(), proxy);
+  EXPECT_EQ(shelf.resolveNext(), loaded);
+  EXPECT_EQ(shelf.next(), loaded);
+  EXPECT_THAT(raised<InvalidValue>([] { static_cast<void>(Shelf().resolveNext()); }),
+              StartsWith("InvalidValue(shop.Shelf.next; "));
+  EXPECT_THAT(raised<InvalidValue>([] { static_cast<void>(Shelf().peekResolveNext()); }),
+              StartsWith("InvalidValue(shop.Shelf.next; "));
 }
 
 TEST(InternalProperty, IsReachedByTheElementAndNotByReflection) {

@@ -130,6 +130,12 @@ class Files(WithFolder):
         rewritten = [name for name in files_below(self.folder) if os.stat(self.folder / name).st_mtime != long_ago]
         self.assertEqual(rewritten, [f"{SMALL_HEADERS}/Shelf.h"])
 
+    def test_that_can_not_be_written_are_named(self):
+        (self.folder / "tests").write_text("no folder", encoding="utf-8")
+        done = generate_small(self.folder)
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertRegex(done.stderr, r"\Agenerate\.py: [^\n]*" + re.escape(f"{self.folder}/tests") + r"[^\n]*\n\Z")
+
     def test_leave_nothing_else_behind(self):
         self.expect_success(generate_small(self.folder))
         self.assertEqual({Path(name).suffix for name in files_below(self.folder)}, {".h", ".cpp"})
@@ -144,7 +150,7 @@ class WrongModels(WithFolder):
         for number, model in enumerate(models, 1):
             with self.subTest(model=model.name):
                 self.assertTrue(model.name.startswith(f"wrong_{number:02}_"))
-                first = model.read_text(encoding="utf-8").splitlines()[0]
+                first = model.read_bytes().split(b"\n")[0].decode("utf-8")  # what follows may be no UTF-8
                 expected = re.fullmatch(r"# line (\d+): (.+)", first)
                 with self.assertRaises(ModelError) as raised:
                     Metamodel(model, model.name)
@@ -157,6 +163,13 @@ class WrongModels(WithFolder):
             self.assertEqual((done.returncode, done.stdout), (1, ""))
             self.assertEqual(done.stderr,
                              "generate.py: shown.yaml:13: type 'Strin' is unknown; did you mean 'String'?\n")
+            self.assertEqual(files_below(self.folder), [])
+
+    def test_end_the_program_with_nothing_written_whatever_is_wrong(self):
+        for name in "wrong_105_ill_formed_utf_8", "wrong_111_half_of_a_character", "wrong_115_lists_too_deep_to_be_read":
+            done = generate(HERE / "wrong" / f"{name}.yaml", "--name", "shown.yaml", "--root", self.folder)
+            self.assertEqual((done.returncode, done.stdout), (1, ""))
+            self.assertRegex(done.stderr, r"\Agenerate\.py: shown\.yaml:\d+: [^\n]+; [^\n]+\n\Z")
             self.assertEqual(files_below(self.folder), [])
 
     def test_are_called_by_their_path_unless_another_name_is_given(self):
@@ -250,6 +263,59 @@ class Content(WithFolder):
                          "      own: { type: X, contained: true, read_only: true, doc: Two. }\n", "X.cpp")
         self.assertIn("X::Impl::getOwn() const", text)
         self.assertNotIn("X::Impl::setOwn", text)
+
+    def test_a_reference_that_is_read_only_can_be_looked_behind_and_not_resolved(self):
+        text = golden("Shelf.h").read_text(encoding="utf-8")
+        self.assertEqual(sorted(set(re.findall(r"\b(?:peekR|r)esolve(?:Next|Owner)\(", text))),
+                         ["peekResolveNext(", "peekResolveOwner(", "resolveNext("])
+
+    def test_what_is_internal_is_not_resolved_by_the_handle(self):
+        text = self.made(f"classes:\n  p.X:\n    uuid: {self.UUID}\n    doc: One.\n    properties:\n"
+                         "      next: { type: X, getter: internal, setter: internal, doc: Two. }\n", "X.h")
+        handle, element = text.split("class E X::Impl :")
+        self.assertNotIn("esolveNext", handle)
+        self.assertIn("resolveNext();", element)
+        self.assertIn("peekResolveNext() const;", element)
+
+    def test_an_argument_of_a_host_value_is_a_plain_pointer(self):
+        text = self.made(f"classes:\n  p.X:\n    uuid: {self.UUID}\n    doc: One.\n    operations:\n"
+                         "      show: { arguments: { picture: HvArray }, result: 'HvArray[]', doc: Two. }\n", "X.h")
+        self.assertIn("::std::vector<::hvArray*> show(::hvArray* picture) const;", text)
+        self.assertEqual(text.count("\nclass hvArray;\n"), 1)
+
+    def test_foreign_types_are_taken_in_every_form_that_values_have(self):
+        for cpp in ("::std::vector<const int*>", "unsigned long long", "::std::function<void(::a::B, bool)>",
+                    "::std::array<char16_t, 3>", "const ::a::B*", "::std::unique_ptr<int[]>", "double"):
+            text = self.made(f"primitives:\n  p.X: {{ native: X, cpp: '{cpp}' }}\nclasses: {{}}\n", "MetaPackage.cpp")
+            self.assertIn(f"&typeid({cpp})", text)
+
+    def test_foreign_declarations_are_taken_in_every_form(self):
+        for declaration in ("class X;", "namespace a { struct X; }", "namespace a::b { template <class T, int N> class X; }",
+                            "enum class X : int;", "using X = int*;"):
+            text = self.made(f"primitives:\n  p.X: {{ native: X, cpp: '::X', declare: '{declaration}' }}\n"
+                             f"classes:\n  p.Y:\n    uuid: {self.UUID}\n    doc: One.\n    properties:\n"
+                             "      x: { type: X, doc: Two. }\n", "Y.h")
+            self.assertIn(f"\n{declaration}\n", text)
+
+    def test_an_alias_stands_for_what_it_names(self):
+        text = self.made(f"classes:\n  p.X: {{ uuid: {self.UUID}, doc: &said What is said. }}\n"
+                         f"  p.Y: {{ uuid: {self.UUID[:-1]}2, doc: *said }}\n", "Y.h")
+        self.assertIn("/// What is said.\n", text)
+
+    def test_a_model_may_begin_with_a_byte_order_mark(self):
+        source = self.folder / "marked.yaml"
+        source.write_bytes(b"\xef\xbb\xbf" + SMALL.read_bytes())
+        self.expect_success(generate(source, "--list"))
+
+    def test_a_default_is_as_long_as_it_was_written(self):
+        text = self.made(f"classes:\n  p.X:\n    uuid: {self.UUID}\n    doc: One.\n    properties:\n"
+                         '      wide: { type: String, default: "a\\0\U0001f600", doc: Two. }\n'
+                         '      narrow: { type: StdString, default: "\u00e9\\0", doc: Three. }\n', "X.cpp")
+        self.assertIn('wide_(::std::u16string(u"a\\000\U0001f600", 4))', text)
+        self.assertIn('narrow_(::std::string("\u00e9\\000", 3))', text)
+        described = (self.folder / "made" / "MetaPackage.cpp").read_text(encoding="utf-8")
+        self.assertIn('.defaultText = {u"a\\000\U0001f600", 4}', described)
+        self.assertIn('.defaultText = {u"\u00e9\\000", 2}', described)
 
     def test_no_line_of_a_comment_goes_on_in_the_next(self):
         text = self.made(f"classes:\n  p.X: {{ uuid: {self.UUID}, doc: 'One \\' }}\n", "X.h")

@@ -112,15 +112,15 @@ void Walk::build() {
     default: {
       const Id report = create(Kind::Report);
       twin_.insert(report, 1, 0, createTuple(name));
-      build = [&] { ChangeReport::Builder(model_).setChanges(builderOfTuple(name)).create(); };
+      build = [&] { ChangeReport::Builder(model()).setChanges(builderOfTuple(name)).create(); };
     }
   }
   if (expected != Outcome::Done) twin_ = start;
   const auto make = [&] {
     build();
-    for (const ModelElement& element : model_.impl()->elements()) {
+    for (const ModelElement& element : model().impl()->elements()) {
       if (pairing_.idOf(element) != -1) continue;
-      if (!twin_.contains(pairing_.next())) throw Mismatch("the builder made too many elements");
+      if (!twin_.contains(pairing_.next())) throw walking::Mismatch("the builder made too many elements");
       pairing_.add(element, twin_.at(pairing_.next()).kind);
     }
   };

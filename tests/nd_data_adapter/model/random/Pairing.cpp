@@ -49,8 +49,7 @@ std::vector<Id> ids(const Pairing& pairing, const auto& elements) {
 std::string differenceOfKeyed(const Pairing& pairing, const Twin& twin, const auto& collection,
                               const Twin::Element& element, unsigned index) {
   const std::vector<Id>& children = element.children(index);
-  const auto apart = element.proxies.find(index);
-  const std::vector<Id> proxies = apart == element.proxies.end() ? std::vector<Id>() : apart->second;
+  const std::vector<Id> proxies = element.apart(index);
   if (ids(pairing, collection.proxies()) != proxies) {
     return "its proxies are " + written(ids(pairing, collection.proxies()));
   }

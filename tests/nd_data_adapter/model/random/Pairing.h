@@ -36,6 +36,8 @@ class Pairing {
 
   /// Turn what a property holds into what the twin's would hold.
   Content contentOf(const Value& value) const;
+  Content contentOf(const Twin::Element&, unsigned, const Value& value) const { return contentOf(value); }
+  static std::string written(const Content& content) { return random_walk::written(content); }
 
   /// Keep which identity an element bears.
   void identify(Id id, const boost::uuids::uuid& uuid) { identities_[id] = uuid; }

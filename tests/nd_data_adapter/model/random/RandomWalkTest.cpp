@@ -1,116 +1,46 @@
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
-#include <iostream>
-#include <random>
-#include <sstream>
-
-#include <unistd.h>
-
 #include "tests/nd_data_adapter/model/random/Values.h"
 #include "tests/nd_data_adapter/model/random/Walk.h"
-
-using namespace random_walk;
+#include "tests/support/walks/Walking.h"
 
 namespace {
 
-/// How many walks are gone, and from which seed on. The environment says otherwise: ND_WALK_SEED asks for one
-/// walk, written down step by step; ND_WALKS for so many; ND_WALK_MINUTES for as many as fit into the time,
-/// with new seeds.
-struct Plan {
-  unsigned first = 1;
-  unsigned count = 20000;
-  std::chrono::minutes time{0};
-  bool isTraced = false;
-};
+using random_walk::Walk;
 
-/// Give a number of the environment; 0 if it isn't set.
-unsigned setting(const char* name) {
-  const char* const text = std::getenv(name);
-  return text == nullptr ? 0 : static_cast<unsigned>(std::stoul(text));
-}
-
-Plan planned() {
-  Plan plan;
-  if (const unsigned count = setting("ND_WALKS"); count != 0) plan.count = count;
-  if (const unsigned minutes = setting("ND_WALK_MINUTES"); minutes != 0) {
-    plan.time = std::chrono::minutes(minutes);
-    plan.first = std::random_device()();
-  }
-  if (std::getenv("ND_WALK_SEED") != nullptr) plan = {setting("ND_WALK_SEED"), 1, {}, true};
-  return plan;
-}
-
-/// Go a failed walk again for its steps: those up to the first difference are the shortest that fail.
-std::string stepsOf(unsigned seed) {
-  std::ostringstream steps;
-  Walk(seed, &steps).run();
-  return steps.str();
-}
-
-/// While one lives, a crash says the seed before it ends the program.
-class CrashReport {
- public:
-  CrashReport() {
-    for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE}) std::signal(signal, &CrashReport::report);
-  }
-  CrashReport(const CrashReport&) = delete;
-  CrashReport& operator=(const CrashReport&) = delete;
-  ~CrashReport() {
-    for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE}) std::signal(signal, SIG_DFL);
-  }
-
-  void setSeed(unsigned seed) {
-    text_ = "The walk with ND_WALK_SEED=" + std::to_string(seed) + " crashes.\n";
-  }
-
- private:
-  static void report(int signal) {
-    if (write(STDERR_FILENO, text_.data(), text_.size()) < 0) text_.clear();
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-  }
-
-  static inline std::string text_;
+/// About half as often as the steps are done with the fixed seeds.
+const std::vector<walking::Least> least{
+    {"create", 7000},
+    {"create with an identity", 300},
+    {"build", 1000},
+    {"set", 1300},
+    {"add", 1900},
+    {"put", 900},
+    {"clear", 350},
+    {"remove", 350},
+    {"replace", 130},
+    {"change texts", 700},
+    {"destroy", 1300},
+    {"ask for an identity", 350},
+    {"make a proxy", 800},
+    {"load what a proxy stands for", 350},
+    {"resolve a proxy in a sequence", 95},
+    {"resolve a proxy in a multimap", 170},
+    {"resolve a proxy in a map", 75},
+    {"resolve in vain", 400},
+    {"commit a transaction", 1000},
+    {"commit a quiet transaction", 150},
+    {"try to commit a transaction too early", 300},
+    {"roll a transaction back", 1500},
+    {"leave a transaction by an exception", 550},
+    {"end transactions out of order", 220},
 };
 
 TEST(RandomWalk, KeepsModelsEqualToTheirTwins) {
-  const Plan plan = planned();
-  const std::vector<long> uses = Values::get().uses();
-  const auto end = std::chrono::steady_clock::now() + plan.time;
-  const bool isTimed = plan.time.count() > 0;
-  if (isTimed) std::cout << "Walks from seed " << plan.first << " on\n";
-  CrashReport crash;
-  unsigned failures = 0, done = 0;
-  for (; failures < 3 && (isTimed ? std::chrono::steady_clock::now() < end : done < plan.count); ++done) {
-    const unsigned seed = plan.first + done;
-    crash.setSeed(seed);
-    const std::string difference = Walk(seed, plan.isTraced ? &std::cout : nullptr).run();
-    if (isTimed && done % 20000 == 19999) std::cout << done + 1 << " walks, up to seed " << seed << std::endl;
-    ASSERT_EQ(Values::get().uses(), uses) << "seed " << seed << " left pointers behind\n" << stepsOf(seed);
-    if (difference.empty()) continue;
-    ++failures;
-    ADD_FAILURE() << "ND_WALK_SEED=" << seed << " goes this walk again. Behind its last step: " << difference
-                  << '\n'
-                  << stepsOf(seed);
-  }
-  if (isTimed) std::cout << done << " walks\n";
-  EXPECT_GT(done, 0U);
-}
-
-TEST(CrashReportDeathTest, SaysTheSeed) {
-  EXPECT_DEATH(
-      {
-        CrashReport crash;
-        crash.setSeed(17);
-        std::abort();
-      },
-      "ND_WALK_SEED=17 crashes");
+  walking::goAll<Walk>([] { return random_walk::Values::get().uses(); }, least);
 }
 
 TEST(RandomWalk, IsTheSameForTheSameSeed) {
-  EXPECT_EQ(stepsOf(7), stepsOf(7));
-  EXPECT_NE(stepsOf(7), stepsOf(8));
+  EXPECT_EQ(walking::stepsOf<Walk>(7), walking::stepsOf<Walk>(7));
+  EXPECT_NE(walking::stepsOf<Walk>(7), walking::stepsOf<Walk>(8));
 }
 
 }  // namespace

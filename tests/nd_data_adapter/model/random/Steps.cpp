@@ -1,10 +1,9 @@
 #include <algorithm>
-#include <numeric>
 
-#include "nd_data_adapter/model/AdapterCacheV2.h"
 #include "nd_data_adapter/model/AdapterConfig.h"
 #include "nd_data_adapter/model/CPPAdapterV2Entry.h"
 #include "tests/nd_data_adapter/model/Probe.h"
+#include "tests/nd_data_adapter/model/random/Collections.h"
 #include "tests/nd_data_adapter/model/random/Values.h"
 #include "tests/nd_data_adapter/model/random/Walk.h"
 
@@ -16,24 +15,6 @@ using nd::data::adapter::CPPAdapterV2Entry;
 namespace random_walk {
 
 namespace {
-
-/// Call f with the collection that is a property of an element.
-template <class F>
-void withCollection(const ModelElement& owner, Kind kind, F f) {
-  switch (kind) {
-    case Kind::Report:
-      return f(as<ChangeReport>(owner).getChangesMutable());
-    case Kind::Variants:
-      return f(as<ConditionControlChangeReport>(owner).getVariantsMutable());
-    case Kind::Container:
-      return f(as<DataContainer>(owner).getMetaDataCacheMutable());
-    default:
-      return f(as<AdapterCacheV2>(owner).impl()->getCPPCacheMutable());
-  }
-}
-
-template <class Collection>
-using ElementOf = typename std::remove_reference_t<Collection>::Element;
 
 std::u16string nameOfProperty(const ModelElement& element, unsigned index) {
   return element.getMetaClass().propertyByIndex(index).getName();
@@ -48,25 +29,23 @@ std::vector<ModelElement> handlesOf(const Pairing& pairing, const std::vector<Id
 }  // namespace
 
 void Walk::step() {
-  struct Way {
-    unsigned weight;
-    void (Walk::*go)();
+  static constexpr Way<Walk> ways[]{
+      {8, "create", &Walk::create},
+      {2, "create with an identity", &Walk::createWithIdentity},
+      {6, "build", &Walk::build},
+      {14, "set", &Walk::set},
+      {12, "add", &Walk::insert},
+      {6, "put", &Walk::put},
+      {2, "clear", &Walk::clear},
+      {2, "remove", &Walk::remove},
+      {2, "replace", &Walk::replace},
+      {4, "change texts", &Walk::changeTexts},
+      {7, "destroy", &Walk::destroy},
+      {2, "ask for an identity", &Walk::askIdentity},
+      {2, "make a proxy", &Walk::makeProxy},
+      {4, "resolve", &Walk::resolve},
   };
-  static constexpr Way ways[]{
-      {8, &Walk::create},    {2, &Walk::createWithIdentity},
-      {6, &Walk::build},     {14, &Walk::set},
-      {12, &Walk::insert},   {6, &Walk::put},
-      {2, &Walk::clear},     {2, &Walk::remove},
-      {2, &Walk::replace},   {4, &Walk::changeTexts},
-      {7, &Walk::destroy},   {2, &Walk::askIdentity},
-      {2, &Walk::makeProxy}, {2, &Walk::resolve},
-  };
-  static const unsigned weights = std::accumulate(
-      std::begin(ways), std::end(ways), 0U, [](unsigned sum, const Way& each) { return sum + each.weight; });
-  unsigned drawn = below(weights);
-  const Way* way = ways;
-  for (; drawn >= way->weight; ++way) drawn -= way->weight;
-  (this->*way->go)();
+  goOneOf(*this, ways);
 }
 
 // Draws
@@ -82,6 +61,7 @@ Id Walk::drawOf(Kind kind) {
   id = pairing_.next();
   note("create #", id, ", a ", nameOf(kind));
   twin_.create(id, kind);
+  const Aside aside(*this, "create");
   perform(Outcome::Done, [&] { pairing_.add(make(kind), kind); });
   return id;
 }
@@ -125,24 +105,24 @@ Walk::Slot Walk::drawCollection() {
 ModelElement Walk::make(Kind kind, const boost::uuids::uuid& uuid) {
   switch (kind) {
     case Kind::Tuple:
-      return ChangeTuple::create(model_, uuid);
+      return ChangeTuple::create(model(), uuid);
     case Kind::Report:
-      return ChangeReport::create(model_);
+      return ChangeReport::create(model());
     case Kind::Entry:
-      return ConditionControlChangeEntry::create(model_, uuid);
+      return ConditionControlChangeEntry::create(model(), uuid);
     case Kind::Variants:
-      return ConditionControlChangeReport::create(model_);
+      return ConditionControlChangeReport::create(model());
     case Kind::Metadata:
-      return MetaDataEntry::create(model_, uuid);
+      return MetaDataEntry::create(model(), uuid);
     case Kind::Container:
-      return DataContainer::create(model_);
+      return DataContainer::create(model());
     case Kind::Held:
-      return CPPAdapterV2Entry::create(model_, uuid);
+      return CPPAdapterV2Entry::create(model(), uuid);
     // A cache lets go of its adapters for good when it is about to be destroyed; the probe leaves that out.
     case Kind::Cache:
-      return createProbe<AdapterCacheV2>(model_, nullptr);
+      return createProbe<AdapterCacheV2>(model(), nullptr);
     default:
-      return AdapterConfig::create(model_);
+      return AdapterConfig::create(model());
   }
 }
 
@@ -154,7 +134,7 @@ void Walk::create() {
     twin_.create(id, Kind::Held);
     twin_.set(id, 1, name);
     return perform(Outcome::Done, [&] {
-      Transaction transaction = begin(model_);
+      Transaction transaction = begin(model());
       pairing_.add(make(Kind::Held), Kind::Held);
       as<CPPAdapterV2Entry>(pairing_[id]).setName(name);
       transaction.commit();
@@ -194,34 +174,15 @@ void Walk::destroy() {
 }
 
 void Walk::makeProxy() {
-  const Id id = draw();
-  note("make a proxy of #", id);
-  perform(twin_.makeProxy(id), [&] { pairing_[id].impl()->convertToProxy(); });
+  makeProxyOf(draw());
 }
 
-/// Resolve a proxy, perhaps one that can't be: the collection holds another, or there is no element for it.
-void Walk::resolve() {
-  const Slot slot = drawCollection();
-  const Id proxy = drawOf(slot.child);
-  const bool isProxyHere = twin_.contains(proxy) && twin_.at(proxy).isProxy &&
-                           twin_.at(proxy).container == slot.owner && twin_.contains(slot.owner);
-  const auto identity = pairing_.identities().find(proxy);
-  Id element = 0;
-  if (isProxyHere && identity != pairing_.identities().end()) {
-    const Id bearer = pairing_.bearerOf(identity->second, twin_);
-    if (!twin_.at(bearer).isProxy && twin_.at(bearer).kind == slot.child) element = bearer;
-  }
-  note("resolve #", proxy, " in #", slot.owner, " by #", element);
-  Outcome expected = twin_.writable(slot.owner);
-  if (expected == Outcome::Done && element != 0) {
-    expected = twin_.resolve(slot.owner, slot.index, proxy, element);
-  }
-  change(slot.owner, expected, [&] {
-    withCollection(pairing_[slot.owner], pairing_.kindOf(slot.owner), [&](auto& collection) {
-      using E = ElementOf<decltype(collection)>;
-      if (pairing_.idOf(collection.resolveProxy(as<E>(pairing_[proxy]))) != element)
-        throw Mismatch("resolved by another element");
-    });
+void Walk::makeProxyOf(Id id) {
+  note("make a proxy of #", id);
+  const Aside aside(*this, "make a proxy");
+  perform(twin_.makeProxy(id), [&] {
+    pairing_[id].impl()->convertToProxy();
+    pairing_.identify(id, pairing_[id].identifier());
   });
 }
 
@@ -339,7 +300,7 @@ void Walk::remove() {
   change(slot.owner, expected, [&] {
     withCollection(pairing_[slot.owner], pairing_.kindOf(slot.owner), [&](auto& collection) {
       const bool removed = collection.remove(as<ElementOf<decltype(collection)>>(pairing_[child]));
-      if (removed != isIn) throw Mismatch("it was in the collection, or was not");
+      if (removed != isIn) throw walking::Mismatch("it was in the collection, or was not");
     });
   });
 }

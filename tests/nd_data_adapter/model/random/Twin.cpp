@@ -38,16 +38,6 @@ const std::vector<PropertyOfKind>& propertiesOf(Kind kind) {
   return all[static_cast<std::size_t>(kind)];
 }
 
-const char* nameOf(Outcome outcome) {
-  static const char* const names[] = {"Done",
-                                      "CannotModifyProxy",
-                                      "CannotAddNonExistentObject",
-                                      "CannotAddSecondObject",
-                                      "UniquenessConstraint",
-                                      "InvalidValue"};
-  return names[static_cast<int>(outcome)];
-}
-
 const char* nameOf(Kind kind) {
   static const char* const names[] = {"tuple",     "report", "entry", "variants", "metadata",
                                       "container", "held",   "cache", "config"};
@@ -141,16 +131,33 @@ Outcome Twin::clear(Id owner, unsigned index) {
   return Outcome::Done;
 }
 
+/// Tell whether a collection is as if it had been made of a list. Of proxies in a keyed one a list may say
+/// nothing.
+bool Twin::isMadeOf(Id owner, unsigned index, const std::vector<Id>& children) const {
+  const unsigned key = property(owner, index).key;
+  if (key == 0) return at(owner).children(index) == children;
+  std::vector<Id> wanted, apart;
+  for (const Id each : children) {
+    if (!contains(each) || at(each).container != owner || at(each).slot != index) return false;
+    (at(each).isProxy ? apart : wanted).push_back(each);
+  }
+  std::stable_sort(wanted.begin(), wanted.end(),
+                   [&](Id left, Id right) { return at(left).value(key) < at(right).value(key); });
+  return at(owner).children(index) == wanted && (apart.empty() || apart == at(owner).apart(index));
+}
+
 Outcome Twin::replace(Id owner, unsigned index, const std::vector<Id>& children) {
   if (const Outcome refusal = writable(owner); refusal != Outcome::Done) return refusal;
-  if (at(owner).children(index) == children) return Outcome::Done;
+  if (isMadeOf(owner, index, children)) return Outcome::Done;
   for (const Id child : children) {
     if (const Outcome refusal = addable(owner, child); refusal != Outcome::Done) return refusal;
+  }
+  if (std::set<Id>(children.begin(), children.end()).size() != children.size()) return Outcome::InvalidValue;
+  for (const Id child : children) {
     for (Id each = child; each != 0; each = at(each).container) {  // goes with what it would replace
       if (at(each).container == owner && at(each).slot == index) return Outcome::CannotAddNonExistentObject;
     }
   }
-  if (std::set<Id>(children.begin(), children.end()).size() != children.size()) return Outcome::InvalidValue;
   clear(owner, index);
   for (const Id child : children) insert(owner, index, at(owner).children(index).size(), child);
   return Outcome::Done;
@@ -266,9 +273,7 @@ void Twin::erase(Id id) {
 
 void Twin::eraseChildren(Id owner, unsigned index) {
   std::vector<Id> all = at(owner).children(index);
-  const auto proxies = at(owner).proxies.find(index);
-  if (proxies != at(owner).proxies.end())
-    all.insert(all.end(), proxies->second.begin(), proxies->second.end());
+  for (const Id each : at(owner).apart(index)) all.push_back(each);
   for (const Id each : all) erase(each);
 }
 

@@ -6,9 +6,13 @@
 #include <variant>
 #include <vector>
 
+#include "tests/support/walks/Outcome.h"
+
 /// What a model is expected to be: the same elements as plain values, which are copied where the model opens
 /// a transaction and put back where it abandons one. Nothing here knows of the library.
 namespace random_walk {
+
+using walking::Outcome;
 
 /// Elements are numbered in the order of their creation, from 1; 0 is none.
 using Id = int;
@@ -31,17 +35,6 @@ struct PropertyOfKind {
 /// List the properties of a kind of elements; the one with index 1 comes first.
 const std::vector<PropertyOfKind>& propertiesOf(Kind kind);
 
-/// What a change comes to: it is done, or refused by one of the library's exceptions.
-enum class Outcome {
-  Done,
-  CannotModifyProxy,
-  CannotAddNonExistentObject,
-  CannotAddSecondObject,
-  UniquenessConstraint,
-  InvalidValue
-};
-
-const char* nameOf(Outcome outcome);
 const char* nameOf(Kind kind);
 std::string written(const Content& content);
 
@@ -57,6 +50,13 @@ class Twin {
 
     const Content& value(unsigned index) const { return values[index - 1]; }
     const std::vector<Id>& children(unsigned index) const { return std::get<std::vector<Id>>(value(index)); }
+    std::vector<Id> apart(unsigned index) const {
+      const auto found = proxies.find(index);
+      return found == proxies.end() ? std::vector<Id>() : found->second;
+    }
+    bool holdsSame(const Element& other, unsigned index) const {
+      return value(index) == other.value(index) && apart(index) == other.apart(index);
+    }
     bool operator==(const Element&) const = default;
   };
   using Elements = std::map<Id, Element>;
@@ -92,6 +92,7 @@ class Twin {
   Outcome addable(Id owner, Id child) const;
   bool isTaken(Id owner, unsigned index, const Content& key) const;
   const PropertyOfKind& property(Id owner, unsigned index) const;
+  bool isMadeOf(Id owner, unsigned index, const std::vector<Id>& children) const;
   std::vector<Id>& childrenOf(Id owner, unsigned index);
   void takeOut(Id child);
   void hang(Id owner, unsigned index, std::size_t position, Id child);

@@ -54,6 +54,9 @@ const Access& accessTo(Kind kind, unsigned index);
 /// Give the description of a property; the index of one that is derived belongs to none.
 const lx::base::meta::Property& descriptionOf(Kind kind, unsigned index);
 
+/// Give the name of a property, to be written down.
+const std::string& writtenNameOf(Kind kind, unsigned index);
+
 // What is done for a class as a whole
 ModelElement createElement(Kind kind, const Model& model, const boost::uuids::uuid& uuid);
 ModelElement createProxy(Kind kind, const Model& model, const boost::uuids::uuid& uuid);

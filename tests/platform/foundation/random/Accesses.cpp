@@ -2,7 +2,9 @@
 #include <array>
 
 #include "platform/foundation/CreateElement.h"
+#include "platform/text/Convert.h"
 #include "tests/platform/foundation/random/ElementAccess.h"
+#include "tests/platform/foundation/random/HearingContainers.h"
 #include "tests/support/model/Containers.h"
 #include "tests/support/model/Defaults.h"
 #include "tests/support/model/Leaf.h"
@@ -186,6 +188,7 @@ struct Class {
   ModelElement (*createProxy)(const Model& model, const boost::uuids::uuid& uuid);
   std::unique_ptr<ModelElement::Builder> (*makeBuilder)();
   std::vector<lx::base::meta::Property> properties = {};
+  std::vector<std::string> names = {};  // of the properties
 };
 
 template <class E>
@@ -201,7 +204,14 @@ Class classOf(const Accesses& accesses) {
       []() -> std::unique_ptr<ModelElement::Builder> { return std::make_unique<typename E::Builder>(); }};
   for (unsigned index = 1; index <= accesses.size(); ++index) {
     result.properties.push_back(result.description.propertyByIndex(index));
+    result.names.push_back(lx::text::toUtf8(result.properties.back().getName()));
   }
+  return result;
+}
+
+Class containers() {
+  Class result = classOf<Containers>(ofContainers());
+  result.create = &HearingContainers::create;
   return result;
 }
 
@@ -215,7 +225,7 @@ const std::array<Class, Kinds>& classes() {
                                             classOf<Thing>(ofThing()),
                                             classOf<Machine>(ofMachine()),
                                             classOf<Robot>(ofRobot()),
-                                            classOf<Containers>(ofContainers()),
+                                            containers(),
                                             classOf<References>(ofReferences()),
                                             classOf<MoreReferences>(ofMoreReferences()),
                                             classOf<Branch>(ofBranch()),
@@ -262,6 +272,10 @@ const Access& accessTo(Kind kind, unsigned index) {
 
 const lx::base::meta::Property& descriptionOf(Kind kind, unsigned index) {
   return classAt(kind).properties[index - 1];
+}
+
+const std::string& writtenNameOf(Kind kind, unsigned index) {
+  return classAt(kind).names[index - 1];
 }
 
 ModelElement createElement(Kind kind, const Model& model, const boost::uuids::uuid& uuid) {

@@ -1,6 +1,7 @@
 // Steps that make elements by builders, which are given values, elements that are there, and other builders.
-#include "platform/text/Convert.h"
 #include "tests/platform/foundation/random/Walk.h"
+
+using walking::Mismatch;
 
 namespace model_walk {
 
@@ -114,7 +115,7 @@ Outcome Walk::makeTwinWithReferences(const Plan& plan, int model) {
 
 /// Pair what a builder has made: elements come in the order in which their twins came.
 void Walk::pairNew(int model) {
-  for (const ModelElement& element : models_[static_cast<std::size_t>(model)].impl()->elements()) {
+  for (const ModelElement& element : modelAt(model).impl()->elements()) {
     if (pairing_.idOf(element) != -1) continue;
     if (!twin_.contains(pairing_.next())) throw Mismatch("the builder made too many elements");
     pairing_.add(element);
@@ -131,8 +132,7 @@ void Walk::build() {
   const Outcome expected = makeTwinWithReferences(plan, model);
   if (expected != Outcome::Done) twin_.putBack(model, before);
   perform(expected, [&] {
-    ModelElement::BuilderWrapper(std::shared_ptr<ModelElement::Builder>(makeBuilder(plan)))
-        .createIn(models_[static_cast<std::size_t>(model)], {});
+    makeBuilder(plan)->createIn(modelAt(model));
     pairNew(model);
   });
 }
@@ -143,7 +143,7 @@ void Walk::createInto() {
   const Id owner = drawOwner(slot);
   const int model = twin_.contains(owner) ? twin_.at(owner).model : 0;
   const Plan plan = drawPlan(drawKindFor(slot.property()), model, 0);
-  note("build #", pairing_.next(), " in #", owner, ".", lx::text::toUtf8(nameOf(slot)), ": ", written(plan));
+  note("build #", pairing_.next(), " in #", owner, ".", written(slot), ": ", written(plan));
   const Twin::Elements before = twin_.elements(model);
   const Id child = pairing_.next();
   const bool isOne = slot.property().form == Form::Child;
@@ -157,7 +157,7 @@ void Walk::createInto() {
                      : twin_.insert(owner, slot.index, twin_.sizeOf(owner, slot.index), child);
   }
   if (expected != Outcome::Done) twin_.putBack(model, before);
-  change(owner, expected, [&] {
+  perform(expected, [&] {
     access(slot).createInto(impl(owner), makeBuilder(plan));
     pairNew(model);
   });

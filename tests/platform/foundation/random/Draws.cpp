@@ -35,16 +35,19 @@ Id Walk::drawFor(Id owner, const Slot& slot) {
 
 /// Draw a property of a kind that this walk makes; of any kind if none of these has such a one.
 Walk::Slot Walk::drawSlot(bool (*isWanted)(const PropertyOfKind&)) {
-  std::vector<Slot> own, any;
-  for (int kind = 0; kind < Kinds; ++kind) {
-    const std::vector<PropertyOfKind>& properties = propertiesOf(static_cast<Kind>(kind));
-    for (unsigned index = 1; index <= properties.size(); ++index) {
-      if (!isWanted(properties[index - 1])) continue;
-      any.push_back({static_cast<Kind>(kind), index});
-      if ((kinds_ >> kind & 1U) != 0) own.push_back(any.back());
+  std::vector<Slot> found;
+  const auto look = [&](std::uint32_t kinds) {
+    for (int kind = 0; kind < Kinds; ++kind) {
+      if ((kinds >> kind & 1U) == 0) continue;
+      const std::vector<PropertyOfKind>& properties = propertiesOf(static_cast<Kind>(kind));
+      for (unsigned index = 1; index <= properties.size(); ++index) {
+        if (isWanted(properties[index - 1])) found.push_back({static_cast<Kind>(kind), index});
+      }
     }
-  }
-  return oneIn(own.empty() ? any : own);
+  };
+  look(kinds_);
+  if (found.empty()) look(~0U);
+  return oneIn(found);
 }
 
 Content Walk::drawValue(const PropertyOfKind& property) {
@@ -82,8 +85,8 @@ Id Walk::createNow(Kind kind, int model) {
   const Id id = pairing_.next();
   note("create #", id, ", a ", model_walk::nameOf(kind), ", in ", model);
   twin_.create(id, kind, model);
-  perform(Outcome::Done,
-          [&] { pairing_.add(createElement(kind, models_[static_cast<std::size_t>(model)], {})); });
+  const Aside aside(*this, "create");
+  perform(Outcome::Done, [&] { pairing_.add(createElement(kind, modelAt(model), {})); });
   return id;
 }
 

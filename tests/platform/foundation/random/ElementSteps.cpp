@@ -1,10 +1,7 @@
 // Steps that change what contains what, and what refers to what.
-#include "platform/text/Convert.h"
 #include "tests/platform/foundation/random/Walk.h"
 
 namespace model_walk {
-
-using lx::text::toUtf8;
 
 namespace {
 
@@ -21,10 +18,13 @@ void Walk::put() {
   const Id owner = drawOwner(slot);
   const bool byName = oneOf(3);
   const Id child = oneOf(6) ? 0 : byName && oneOf(4) ? draw(drawModel()) : drawFor(owner, slot);
-  note("put #", child, " into #", owner, ".", toUtf8(nameOf(slot)), byName ? " by name" : "");
+  note("put #", child, " into #", owner, ".", written(slot), byName ? " by name" : "");
   const Content content = child == 0 ? Content() : Content{child};
   const bool isOther = child != 0 && !property.takes(twin_.kindOf(child));
-  change(owner, isOther ? Outcome::CannotAddIncompatibleTypes : twin_.put(owner, slot.index, child), [&] {
+  Outcome expected = twin_.writable(owner);
+  if (expected == Outcome::Done)
+    expected = isOther ? Outcome::CannotAddIncompatibleTypes : twin_.put(owner, slot.index, child);
+  perform(expected, [&] {
     if (byName)
       pairing_[owner].setPropertyValue(nameOf(slot), access(slot).makeValue(pairing_, content));
     else
@@ -42,16 +42,16 @@ void Walk::refer() {
                     : byName && oneOf(4) ? draw(drawModel())
                     : oneOf(6)           ? drawOf(property.kinds, drawModel())
                                          : drawFor(owner, slot);
-  note("let #", owner, ".", toUtf8(nameOf(slot)), " refer to #", target, byName ? " by name" : "");
+  note("let #", owner, ".", written(slot), " refer to #", target, byName ? " by name" : "");
   const Content content = target == 0 ? Content() : Content{target};
-  Outcome expected = Outcome::Done;
-  if (byName && !property.isSetByName)
+  Outcome expected = twin_.writable(owner);
+  if (expected == Outcome::Done && byName && !property.isSetByName)
     expected = Outcome::CannotSetReadOnlyProperty;
-  else if (target != 0 && !property.takes(twin_.kindOf(target)))
+  else if (expected == Outcome::Done && target != 0 && !property.takes(twin_.kindOf(target)))
     expected = Outcome::CannotAddIncompatibleTypes;
-  else
+  else if (expected == Outcome::Done)
     expected = twin_.refer(owner, slot.index, target);
-  change(owner, expected, [&] {
+  perform(expected, [&] {
     if (byName)
       pairing_[owner].setPropertyValue(nameOf(slot), access(slot).makeValue(pairing_, content));
     else
@@ -66,13 +66,13 @@ void Walk::insert() {
   const Id owner = drawOwner(slot), element = drawFor(owner, slot);
   const bool isAtEnd = (property.form != Form::Children && property.form != Form::Row) || oneOf(2);
   const std::size_t before = twin_.sizeOf(owner, slot.index), position = isAtEnd ? before : below(5);
-  note("add #", element, " to #", owner, ".", toUtf8(nameOf(slot)),
+  note("add #", element, " to #", owner, ".", written(slot),
        isAtEnd ? "" : " at " + std::to_string(position));
   const Outcome expected = isReferring(property.form)
                                ? twin_.addReference(owner, slot.index, position, element)
                                : twin_.insert(owner, slot.index, position, element);
   const bool isChange = !isReferring(property.form) || twin_.sizeOf(owner, slot.index) != before;
-  changeAndTell(owner, expected, isChange, [&] {
+  performAndTell(expected, isChange, [&] {
     return isAtEnd ? access(slot).add(pairing_, impl(owner), element)
                    : access(slot).insert(pairing_, impl(owner), position, element);
   });
@@ -87,7 +87,7 @@ void Walk::remove() {
     element = oneIn(twin_.at(owner).value(slot.index));
   else
     element = drawFor(owner, slot);
-  note("remove #", element, " from #", owner, ".", toUtf8(nameOf(slot)));
+  note("remove #", element, " from #", owner, ".", written(slot));
   Outcome expected = twin_.writable(owner);
   bool isIn = false;
   if (isReferring(slot.property().form)) {
@@ -97,14 +97,14 @@ void Walk::remove() {
     isIn = twin_.holds(owner, slot.index, element);
     if (expected == Outcome::Done && isIn) expected = twin_.destroy(element);
   }
-  changeAndTell(owner, expected, isIn, [&] { return access(slot).remove(pairing_, impl(owner), element); });
+  performAndTell(expected, isIn, [&] { return access(slot).remove(pairing_, impl(owner), element); });
 }
 
 void Walk::clear() {
   const Slot slot = drawSlot(isCollectionOfElements);
   const Id owner = drawOwner(slot);
-  note("clear #", owner, ".", toUtf8(nameOf(slot)));
-  change(owner, twin_.clear(owner, slot.index), [&] { access(slot).clear(impl(owner)); });
+  note("clear #", owner, ".", written(slot));
+  perform(twin_.clear(owner, slot.index), [&] { access(slot).clear(impl(owner)); });
 }
 
 /// Replace what a collection has by reflection, at times by elements of any class.
@@ -116,12 +116,14 @@ void Walk::replace() {
   for (unsigned count = below(4); count-- > 0;) {
     elements.push_back(oneOf(40) ? 0 : oneOf(20) ? draw(drawModel()) : drawFor(owner, slot));
   }
-  note("replace what is in #", owner, ".", toUtf8(nameOf(slot)), " by ", model_walk::written(elements));
-  const bool isSettable = slot.property().isSetByName;
+  note("replace what is in #", owner, ".", written(slot), " by ", model_walk::written(elements));
+  const Outcome refusal = twin_.writable(owner);
+  const bool isReadOnly = refusal == Outcome::Done && !slot.property().isSetByName;
   const Outcome expected =
-      isSettable ? twin_.replace(owner, slot.index, elements) : Outcome::CannotSetReadOnlyProperty;
-  change(owner, expected,
-         [&] { pairing_[owner].setPropertyValue(nameOf(slot), access(slot).makeValue(pairing_, elements)); });
+      isReadOnly ? Outcome::CannotSetReadOnlyProperty : twin_.replace(owner, slot.index, elements);
+  perform(expected, [&] {
+    pairing_[owner].setPropertyValue(nameOf(slot), access(slot).makeValue(pairing_, elements));
+  });
 }
 
 }  // namespace model_walk

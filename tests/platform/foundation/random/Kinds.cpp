@@ -2,19 +2,6 @@
 
 namespace model_walk {
 
-const char* nameOf(Outcome outcome) {
-  static const char* const names[] = {"Done",
-                                      "CannotModifyProxy",
-                                      "CannotAddNonExistentObject",
-                                      "CannotAddSecondObject",
-                                      "CannotCreateCrossModelAssociation",
-                                      "CannotAddIncompatibleTypes",
-                                      "CannotSetReadOnlyProperty",
-                                      "UniquenessConstraint",
-                                      "InvalidValue"};
-  return names[static_cast<int>(outcome)];
-}
-
 const char* nameOf(Kind kind) {
   static const char* const names[] = {
       "Values",     "Optionals",  "Defaults",       "Traits", "Lists", "Sets", "Thing",  "Machine", "Robot",

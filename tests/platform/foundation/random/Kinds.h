@@ -6,7 +6,11 @@
 
 #include <boost/container/small_vector.hpp>
 
+#include "tests/support/walks/Outcome.h"
+
 namespace model_walk {
+
+using walking::Outcome;
 
 /// Elements are numbered in the order of their creation, from 1; 0 is none.
 using Id = int;
@@ -74,20 +78,6 @@ struct PropertyOfKind {
 /// List the properties of a kind of elements; the one with index 1 comes first.
 const std::vector<PropertyOfKind>& propertiesOf(Kind kind);
 
-/// What a change comes to: it is done, or refused by one of the foundation's exceptions.
-enum class Outcome {
-  Done,
-  CannotModifyProxy,
-  CannotAddNonExistentObject,
-  CannotAddSecondObject,
-  CannotCreateCrossModelAssociation,
-  CannotAddIncompatibleTypes,
-  CannotSetReadOnlyProperty,
-  UniquenessConstraint,
-  InvalidValue
-};
-
-const char* nameOf(Outcome outcome);
 const char* nameOf(Kind kind);
 std::string written(const Content& content);
 

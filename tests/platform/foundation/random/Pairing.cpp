@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/text/Convert.h"
 #include "tests/platform/foundation/random/Access.h"
 
 namespace model_walk {
@@ -11,10 +10,6 @@ namespace {
 
 std::string nameOf(Id id) {
   return "#" + std::to_string(id);
-}
-
-std::string nameOf(Kind kind, unsigned index) {
-  return lx::text::toUtf8(descriptionOf(kind, index).getName());
 }
 
 }  // namespace
@@ -28,6 +23,10 @@ Id Pairing::idOf(const ModelElement& element) const {
   if (!element) return 0;
   const auto found = ids_.find(element.impl());
   return found == ids_.end() ? -1 : found->second;
+}
+
+Content Pairing::contentOf(const Twin::Element& element, unsigned index, const Value& value) const {
+  return accessTo(element.kind, index).readValue(*this, value);
 }
 
 Id Pairing::bearerOf(const boost::uuids::uuid& uuid, int model, const Twin& twin) const {
@@ -67,7 +66,7 @@ std::string Pairing::differenceOf(Id id, const Twin::Element& element) const {
   for (unsigned index = 1; index <= element.values.size(); ++index) {
     const Content content = accessTo(element.kind, index).read(*this, impl);
     if (content == element.value(index)) continue;
-    return "." + nameOf(element.kind, index) + " is " + written(content) + " and not " +
+    return "." + writtenNameOf(element.kind, index) + " is " + written(content) + " and not " +
            written(element.value(index));
   }
   return {};
@@ -83,12 +82,16 @@ std::string Pairing::closeDifference(const Model& model, int number, const Twin&
     if (std::string text = closeDifferenceOf(id, twin); !text.empty()) return nameOf(id) + text;
   }
   if (idsOf(model.impl()->roots()) != roots) return "the roots";
+  return differenceOfIdentities(model, number, twin);
+}
+
+std::string Pairing::differenceOfGone(const Twin& twin) const {
   for (Id id = 1; id < next(); ++id) {
     if (twin.contains(id)) continue;
     if (std::string text = differenceOfGone(id, twin.kindOf(id)); !text.empty())
       return nameOf(id) + " is gone: " + text;
   }
-  return differenceOfIdentities(model, number, twin);
+  return {};
 }
 
 std::string Pairing::closeDifferenceOf(Id id, const Twin& twin) const {
@@ -96,26 +99,33 @@ std::string Pairing::closeDifferenceOf(Id id, const Twin& twin) const {
   const Twin::Element& element = twin.at(id);
   if (!impl.isAlive()) return " is not alive";
   for (unsigned index = 1; index <= element.values.size(); ++index) {
-    const std::string name = "." + nameOf(element.kind, index);
-    const Access& access = accessTo(element.kind, index);
-    const auto& property = descriptionOf(element.kind, index);
-    const Content content = access.readValue(*this, impl.getPropertyValue(property));
-    if (content != element.value(index)) return name + " shows as " + written(content);
-    if (impl.hasPropertyValue(property) == element.value(index).empty()) return name + ": whether it has one";
-    if (std::string text = access.difference(*this, impl, element, index); !text.empty())
-      return name + ": " + text;
-    if (!isOfElements(propertiesOf(element.kind)[index - 1].form)) continue;
-    Content all = element.value(index);
-    all.insert(all.end(), element.apart(index).begin(), element.apart(index).end());
-    for (const auto& [bearer, uuid] : identities_) {
-      const bool isHeld = std::any_of(all.begin(), all.end(), [&, &borne = uuid](Id each) {
-        const auto found = identities_.find(each);
-        return twin.isProxy(each) && found != identities_.end() && found->second == borne;
-      });
-      if (impl.inverseContainsProxyTo(index, uuid) != isHeld) return name + ": what proxies it holds";
-    }
+    if (std::string text = closeDifferenceOf(impl, element, index, twin); !text.empty())
+      return "." + writtenNameOf(element.kind, index) + ": " + text;
   }
   return differenceOfReferrers(id, twin);
+}
+
+std::string Pairing::closeDifferenceOf(ModelElement::Impl& impl, const Twin::Element& element, unsigned index,
+                                       const Twin& twin) const {
+  const Access& access = accessTo(element.kind, index);
+  const auto& property = descriptionOf(element.kind, index);
+  const Content content = access.readValue(*this, impl.getPropertyValue(property));
+  if (content != element.value(index)) return "it shows as " + written(content);
+  if (impl.hasPropertyValue(property) == element.value(index).empty()) return "whether it has a value";
+  if (std::string text = access.difference(*this, impl, element, index); !text.empty()) return text;
+  if (!isOfElements(propertiesOf(element.kind)[index - 1].form)) return {};
+  std::vector<boost::uuids::uuid> held;  // of proxies
+  for (const Content* each : {&element.value(index), &element.apart(index)}) {
+    for (const Id id : *each) {
+      const auto found = twin.isProxy(id) ? identities_.find(id) : identities_.end();
+      if (found != identities_.end()) held.push_back(found->second);
+    }
+  }
+  for (const auto& [bearer, uuid] : identities_) {
+    const bool isHeld = std::find(held.begin(), held.end(), uuid) != held.end();
+    if (impl.inverseContainsProxyTo(index, uuid) != isHeld) return "what proxies it holds";
+  }
+  return {};
 }
 
 /// Compare what refers to an element. References that came at once stand in any order.
@@ -146,7 +156,7 @@ std::string Pairing::differenceOfGone(Id id, Kind kind) const {
   const std::vector<PropertyOfKind>& properties = propertiesOf(kind);
   for (unsigned index = 1; index <= properties.size(); ++index) {
     const Content content = accessTo(kind, index).read(*this, *handle.impl());
-    if (content != properties[index - 1].zero) return nameOf(kind, index) + " is " + written(content);
+    if (content != properties[index - 1].zero) return writtenNameOf(kind, index) + " is " + written(content);
   }
   return {};
 }

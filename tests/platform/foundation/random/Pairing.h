@@ -41,6 +41,10 @@ class Pairing {
     return result;
   }
 
+  /// Turn what reflection gives of a property into what the twin's would hold.
+  Content contentOf(const Twin::Element& element, unsigned index, const Value& value) const;
+  static std::string written(const Content& content) { return model_walk::written(content); }
+
   /// Keep which identity an element bears.
   void identify(Id id, const boost::uuids::uuid& uuid) { identities_[id] = uuid; }
   const std::map<Id, boost::uuids::uuid>& identities() const noexcept { return identities_; }
@@ -55,9 +59,11 @@ class Pairing {
   /// their order, containers and values.
   std::string difference(const Model& model, int number, const Twin& twin) const;
 
-  /// Look besides at handles of elements that are gone, identities, what refers to what, and properties as
-  /// reflection shows them.
+  /// Look besides at identities, what refers to what, and properties as reflection shows them.
   std::string closeDifference(const Model& model, int number, const Twin& twin) const;
+
+  /// Say what a handle of an element that is gone, whichever model had it, shows and should not.
+  std::string differenceOfGone(const Twin& twin) const;
 
   /// List the elements of all bags of a model in the order that they have.
   std::vector<Content> orderOfBags(int number, const Twin& twin) const;
@@ -65,6 +71,8 @@ class Pairing {
  private:
   std::string differenceOf(Id id, const Twin::Element& element) const;
   std::string closeDifferenceOf(Id id, const Twin& twin) const;
+  std::string closeDifferenceOf(ModelElement::Impl& impl, const Twin::Element& element, unsigned index,
+                                const Twin& twin) const;
   std::string differenceOfGone(Id id, Kind kind) const;
   std::string differenceOfReferrers(Id id, const Twin& twin) const;
   std::string differenceOfIdentities(const Model& model, int number, const Twin& twin) const;

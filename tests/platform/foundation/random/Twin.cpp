@@ -23,6 +23,27 @@ void removeFrom(Content& content, int one) {
   content.erase(std::remove(content.begin(), content.end(), one), content.end());
 }
 
+std::vector<Twin::Values> valuesOfKinds(Content PropertyOfKind::*which) {
+  std::vector<Twin::Values> result;
+  for (int kind = 0; kind < Kinds; ++kind) {
+    std::vector<Twin::Held> all;
+    for (const PropertyOfKind& each : propertiesOf(static_cast<Kind>(kind)))
+      all.push_back({each.*which, {}, {}});
+    result.emplace_back(std::move(all));
+  }
+  return result;
+}
+
+const Twin::Values& initialOf(Kind kind) {
+  static const std::vector<Twin::Values> all = valuesOfKinds(&PropertyOfKind::initial);
+  return all[static_cast<std::size_t>(kind)];
+}
+
+const Twin::Values& zeroOf(Kind kind) {
+  static const std::vector<Twin::Values> all = valuesOfKinds(&PropertyOfKind::zero);
+  return all[static_cast<std::size_t>(kind)];
+}
+
 bool namesTwice(const Content& elements) {
   return std::set<int>(elements.begin(), elements.end()).size() != elements.size();
 }
@@ -59,8 +80,9 @@ std::vector<std::pair<int, Id>> Twin::referrers(Id id) const {
   std::vector<std::pair<int, Id>> result;
   for (const auto& [owner, element] : elements(at(id).model)) {
     int oldest = 0;
+    const std::vector<PropertyOfKind>& properties = propertiesOf(element.kind);
     for (unsigned index = 1; index <= element.values.size(); ++index) {
-      if (!isReferring(property(owner, index).form) || !has(element.value(index), id)) continue;
+      if (!isReferring(properties[index - 1].form) || !has(element.value(index), id)) continue;
       const int number = element.values[index - 1].numbers[positionOf(element.value(index), id)];
       oldest = oldest == 0 ? number : std::min(oldest, number);
     }
@@ -80,9 +102,8 @@ Outcome Twin::writable(Id id) const {
 void Twin::create(Id id, Kind kind, int model) {
   if (kinds_.size() < static_cast<std::size_t>(id)) kinds_.resize(static_cast<std::size_t>(id));
   kinds_[static_cast<std::size_t>(id) - 1] = kind;
-  Element element{kind, model, false, 0, 0, {}};
-  for (const PropertyOfKind& each : propertiesOf(kind)) element.values.push_back({each.initial, {}, {}});
-  models_[static_cast<std::size_t>(model)].emplace(id, std::move(element));
+  const Element element{kind, model, false, 0, 0, initialOf(kind)};
+  models_[static_cast<std::size_t>(model)].emplace(id, element);
 }
 
 void Twin::createProxy(Id id, Kind kind, int model) {
@@ -111,9 +132,7 @@ Outcome Twin::makeProxy(Id id) {
   forEachReference(element.model, id, [&](Id owner, unsigned index) {
     if (!property(owner, index).holdsProxies) forget(owner, index, id);
   });
-  for (unsigned index = 1; index <= properties.size(); ++index) {
-    element.values[index - 1] = {properties[index - 1].zero, {}, {}};
-  }
+  element.values = zeroOf(element.kind);
   element.isProxy = true;
   return Outcome::Done;
 }
@@ -152,13 +171,13 @@ Outcome Twin::set(Id id, unsigned index, const Content& value) {
   if (element.value(index) == value) return Outcome::Done;
   const Id container = element.container;
   if (container == 0 || property(container, element.slot).key != index) {
-    element.values[index - 1].content = value;
+    element.values.edit(index - 1).content = value;
     return Outcome::Done;
   }
   if (isTaken(container, element.slot, value)) return Outcome::UniquenessConstraint;
   Content& siblings = held(container, element.slot).content;
   removeFrom(siblings, id);
-  element.values[index - 1].content = value;
+  element.values.edit(index - 1).content = value;
   insertAt(siblings, placeOf(container, element.slot, id), id);
   return Outcome::Done;
 }
@@ -340,12 +359,14 @@ Outcome Twin::replaceable(Id owner, unsigned index, const Content& elements) con
     const Outcome refusal =
         isReferring(where.form) ? referable(owner, index, element) : addable(owner, element);
     if (refusal != Outcome::Done) return refusal;
-    if (isReferring(where.form)) continue;
+  }
+  if (namesTwice(elements)) return Outcome::InvalidValue;
+  if (isReferring(where.form)) return Outcome::Done;
+  for (const Id element : elements) {
     for (Id each = element; each != 0; each = at(each).container) {  // goes with what it would replace
       if (holds(owner, index, each)) return Outcome::CannotAddNonExistentObject;
     }
   }
-  if (namesTwice(elements)) return Outcome::InvalidValue;
   if (where.form != Form::Map) return Outcome::Done;
   std::set<Content> keys;
   for (const Id element : elements) {
@@ -355,15 +376,31 @@ Outcome Twin::replaceable(Id owner, unsigned index, const Content& elements) con
   return Outcome::Done;
 }
 
+/// Tell whether a collection is as if it had been made of a list. Of proxies in a keyed one a list may say
+/// nothing.
+bool Twin::isMadeOf(Id owner, unsigned index, const Content& elements) const {
+  const PropertyOfKind& where = property(owner, index);
+  Content wanted = elements, apart;
+  if (where.form == Form::Bag) std::sort(wanted.begin(), wanted.end());
+  if (isKeyed(where.form)) {
+    for (const Id each : elements) {
+      if (!holds(owner, index, each)) return false;
+      if (!at(each).isProxy) continue;
+      removeFrom(wanted, each);
+      apart.push_back(each);
+    }
+    std::stable_sort(wanted.begin(), wanted.end(), [&](Id left, Id right) {
+      return at(left).value(where.key) < at(right).value(where.key);
+    });
+  }
+  const Held& held = at(owner).values[index - 1];
+  return held.content == wanted && (apart.empty() || apart == held.apart);
+}
+
 Outcome Twin::replace(Id owner, unsigned index, const Content& elements) {
   if (const Outcome refusal = writable(owner); refusal != Outcome::Done) return refusal;
   const PropertyOfKind& where = property(owner, index);
-  Content wanted = elements;
-  if (where.form == Form::Bag) {
-    std::sort(wanted.begin(), wanted.end());
-    if (const Outcome refusal = replaceable(owner, index, elements); refusal != Outcome::Done) return refusal;
-  }
-  if (at(owner).value(index) == wanted) return Outcome::Done;
+  if (isMadeOf(owner, index, elements)) return Outcome::Done;
   for (const Id element : elements) {
     if (element != 0 && !where.takes(kindOf(element))) return Outcome::CannotAddIncompatibleTypes;
   }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -20,16 +21,36 @@ class Twin {
     Content numbers;  // of references, parallel to the content: they ascend in the order of the making
     bool operator==(const Held&) const = default;
   };
+  /// What the properties of an element hold; that of property 1 comes first. Copies share it until one is
+  /// changed.
+  class Values {
+   public:
+    explicit Values(std::vector<Held> all) : all_(std::make_shared<std::vector<Held>>(std::move(all))) {}
+
+    std::size_t size() const noexcept { return all_->size(); }
+    const Held& operator[](std::size_t at) const { return (*all_)[at]; }
+    Held& edit(std::size_t at) {
+      if (all_.use_count() > 1) all_ = std::make_shared<std::vector<Held>>(*all_);
+      return (*all_)[at];
+    }
+    bool operator==(const Values& other) const { return all_ == other.all_ || *all_ == *other.all_; }
+
+   private:
+    std::shared_ptr<std::vector<Held>> all_;
+  };
   struct Element {
     Kind kind;
     int model;
     bool isProxy = false;
     Id container = 0;
-    unsigned slot = 0;         // the container's property
-    std::vector<Held> values;  // that of property 1 comes first
+    unsigned slot = 0;  // the container's property
+    Values values;
 
     const Content& value(unsigned index) const { return values[index - 1].content; }
     const Content& apart(unsigned index) const { return values[index - 1].apart; }
+    bool holdsSame(const Element& other, unsigned index) const {
+      return value(index) == other.value(index) && apart(index) == other.apart(index);
+    }
     bool operator==(const Element&) const = default;
   };
   using Elements = std::map<Id, Element>;
@@ -89,12 +110,13 @@ class Twin {
  private:
   const Element* find(Id id) const;
   Element& mutableAt(Id id) { return const_cast<Element&>(at(id)); }
-  Held& held(Id owner, unsigned index) { return mutableAt(owner).values[index - 1]; }
+  Held& held(Id owner, unsigned index) { return mutableAt(owner).values.edit(index - 1); }
   const PropertyOfKind& property(Id owner, unsigned index) const;
 
   Outcome addable(Id owner, Id child) const;
   Outcome referable(Id owner, unsigned index, Id target) const;
   Outcome replaceable(Id owner, unsigned index, const Content& elements) const;
+  bool isMadeOf(Id owner, unsigned index, const Content& elements) const;
   bool isTaken(Id owner, unsigned index, const Content& key) const;
   std::size_t placeOf(Id owner, unsigned index, Id child) const;
   std::size_t placeInBag(Id owner, unsigned index, Id target) const;

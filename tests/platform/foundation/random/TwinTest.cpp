@@ -29,6 +29,17 @@ TEST(Twin, KnowsTheClassesThatPropertiesTake) {
   EXPECT_TRUE(propertiesOf(Kind::Containers)[1].takes(Kind::Values));
 }
 
+TEST(Twin, LeavesACopyOfItsElementsAsItWas) {
+  Twin twin = sample();
+  const Twin::Elements before = twin.elements(0);
+  twin.set(First, Name, {3});
+  EXPECT_EQ(before.at(First).value(Name), Content{1});
+  EXPECT_EQ(before.at(Second), twin.at(Second));
+  EXPECT_FALSE(before == twin.elements(0));
+  twin.putBack(0, before);
+  EXPECT_EQ(twin.at(First).value(Name), Content{1});
+}
+
 TEST(Twin, MovesAChildFromOneContainerToAnother) {
   Twin twin = sample();
   EXPECT_EQ(twin.insert(Box, Row, 0, First), Outcome::Done);

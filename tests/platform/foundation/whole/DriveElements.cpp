@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/platform/foundation/whole/Names.h"
+#include "tests/platform/foundation/whole/Ways.h"
 
 namespace whole_test {
 
@@ -200,17 +200,50 @@ void driveChildren(const Ways& ways, const Model& model) {
   const std::size_t count = model.impl()->numberOfElements();
   if (isOne(ways)) {
     EXPECT_THAT(raised<CannotAddSecondObject>([&] { ways.createInto(other, *child); }),
-                StartsWith("CannotAddSecondObject(" + nameAtElement(ways)));
+                StartsWith("CannotAddSecondObject(" + ways.qualifiedName));
     EXPECT_EQ(model.impl()->numberOfElements(), count);
   }
   expectValue(ways, other, held(ways, {made}));
+}
+
+/// Let the property refer to a proxy, and then to the element that the proxy stands for.
+void driveResolving(const Ways& ways, const Model& model) {
+  if (ways.peekResolve == nullptr) return;
+  const ModelElement proxy = make(model, ways.child);
+  const auto uuid = proxy.identifier();
+  proxy.impl()->convertToProxy();
+  const auto builder = ways.maker.builder();
+  builder->setOrAdd(ways.maker.metaClass().property(ways.name), Value(proxy));
+  const ModelElement element = builder->createIn(model), empty = ways.maker.create(model);
+  EXPECT_FALSE(ways.peekResolve(empty)) << "there is no target";
+  EXPECT_FALSE(ways.peekResolve(element)) << "the model doesn't have the element";
+  if (ways.resolve != nullptr) {
+    EXPECT_FALSE(ways.resolve(empty) || ways.resolve(element));
+  }
+  expectValue(ways, element, Value(proxy));
+  const ModelElement loaded = builderFor(model, ways.child)->create(uuid);
+  EXPECT_EQ(ways.peekResolve(element), loaded);
+  expectValue(ways, element, Value(proxy));
+  if (ways.resolve == nullptr) return;
+  {
+    const Transaction abandoned = begin(model);
+    EXPECT_EQ(ways.resolve(element), loaded);
+    expectValue(ways, element, Value(loaded));
+  }
+  expectValue(ways, element, Value(proxy));
+  EXPECT_EQ(ways.resolve(element), loaded);
+  expectValue(ways, element, Value(loaded));
+  expectHeldBy(ways, element, {loaded});
+  EXPECT_TRUE(proxy.isAlive() && proxy.referrers().empty());
+  EXPECT_EQ(ways.peekResolve(element), loaded);
+  EXPECT_EQ(ways.resolve(element), loaded) << "there is nothing to do";
 }
 
 /// Expect that a list, or an element, is refused by every way, and that nothing of it stays.
 template <class M>
 void expectRefused(const Ways& ways, const Model& model, const Elements& list, const std::string& key) {
   SCOPED_TRACE(key);
-  const std::string refusal = key + "(" + nameAtElement(ways);
+  const std::string refusal = key + "(" + ways.qualifiedName;
   const auto builder = ways.maker.builder();
   const Property property = ways.maker.metaClass().property(ways.name);
   const std::size_t count = model.impl()->numberOfElements();
@@ -261,7 +294,7 @@ void driveRefusals(const Ways& ways, const Model& model) {
   EXPECT_THAT(raised<InvalidValue>([&] {
                 element.setPropertyValue(ways.name, Value(Elements{once.front(), once.front()}));
               }),
-              StartsWith("InvalidValue(" + nameAtElement(ways)));
+              StartsWith("InvalidValue(" + ways.qualifiedName));
   expectValue(ways, element, held(ways, {}));
 }
 
@@ -269,6 +302,8 @@ void driveRefusals(const Ways& ways, const Model& model) {
 
 void driveElements(const Ways& ways) {
   described(ways);
+  EXPECT_EQ(ways.peekResolve != nullptr, isOne(ways) && !ways.isContained);
+  EXPECT_EQ(ways.resolve != nullptr, ways.peekResolve != nullptr && ways.set != nullptr);
   const Model model = Model::create();
   expectValue(ways, ways.maker.create(model), held(ways, {}));
   const std::vector<std::size_t> counts =
@@ -296,6 +331,7 @@ void driveElements(const Ways& ways) {
     expectNotSettable(ways, builder->createIn(model), given(ways, makeList(ways, model, 1)));
   }
   driveChildren(ways, model);
+  driveResolving(ways, model);
   driveRefusals(ways, model);
   expectOtherTypesRefused(ways, model);
   expectEnd(ways, held(ways, {}), given(ways, makeList(ways, model, 1)));

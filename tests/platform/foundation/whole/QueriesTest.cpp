@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/foundation/Query.h"
+#include "platform/foundation/meta/StandardTypes.h"
 #include "platform/services/CatalogMessage.h"
 #include "tests/platform/foundation/whole/Ways.h"
 #include "tests/support/model/Containers.h"
@@ -21,6 +22,7 @@
 #include "tests/support/model/Values.h"
 
 using namespace whole_test;
+using lx::base::meta::StandardTypes;
 using lx::base::query::Constrainable;
 using lx::base::query::find;
 using probe::Branch;
@@ -88,7 +90,7 @@ class Random {
   Value value(const ModelElement& element, const Property& property) {
     if (property.getName() == u"side") return Value(static_cast<std::int32_t>(below(5)));
     const auto* const type = dynamic_cast<const Class::Impl*>(property.getType().impl());
-    if (type == nullptr)
+    if (type == nullptr || property.getType() == StandardTypes::model())
       return oneOf(samplesOf(property.getType().getQualifiedName()).of(property.getValueFlags()));
     Elements fitting;
     for (const ModelElement& each : element.getModel().impl()->elements()) {

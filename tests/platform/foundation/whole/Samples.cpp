@@ -9,6 +9,7 @@
 #include <boost/uuid/uuid_io.hpp>
 #include <gtest/gtest.h>
 
+#include "platform/host/Array.h"
 #include "platform/text/Convert.h"
 #include "tests/support/model/Colour.h"
 #include "tests/support/model/bodies.h"
@@ -79,6 +80,7 @@ std::vector<Samples> makeSamples() {
   using probe::Colour;
   static const Model model = Model::create();
   static probe::TokenTag one, two;
+  static const hvArrayPtr first(hvCreateDoubleScalar(1)), second(hvCreateDoubleScalar(1));
   const std::u16string lone(1, char16_t{0xd800}), other(1, char16_t{0xdfff});
   const std::u16string nul(u"a\0b", 3), beyond(u"\U0001f4a1"), full(40, u'w');
   return {
@@ -117,6 +119,9 @@ std::vector<Samples> makeSamples() {
           u"probe.Ticket", {{nullptr, boost::none}, {std::make_shared<int>(7), boost::none}}, {u"", u"7"})),
       unserialized(samples<probe::TokenTag*>(
           u"probe.Token", {{nullptr, boost::none}, {&one, boost::none}, {&two, boost::none}})),
+      unserialized(samples<hvArray*>(
+          u"lx.base.HvArray",
+          {{nullptr, boost::none}, {first.get(), boost::none}, {second.get(), boost::none}})),
   };
 }
 
@@ -213,12 +218,12 @@ Value alien() {
 std::string written(const Value& value) {
   if (value.isEmpty()) return "empty";
   return textOfAny<std::u16string, std::string, bool, std::int32_t, Model, boost::uuids::uuid, probe::Colour,
-                   std::shared_ptr<int>, probe::TokenTag*, ModelElement>(value);
+                   std::shared_ptr<int>, probe::TokenTag*, hvArray*, ModelElement>(value);
 }
 
 bool isPresent(const Value& value) {
   return isPresentAsAny<std::u16string, std::string, bool, std::int32_t, Model, boost::uuids::uuid,
-                        probe::Colour, std::shared_ptr<int>, probe::TokenTag*, ModelElement>(value);
+                        probe::Colour, std::shared_ptr<int>, probe::TokenTag*, hvArray*, ModelElement>(value);
 }
 
 }  // namespace whole_test

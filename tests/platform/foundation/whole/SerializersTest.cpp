@@ -127,7 +127,8 @@ INSTANTIATE_TEST_SUITE_P(OfEachType, Serializers, testing::ValuesIn(serialized()
 
 TEST(SerializerOfAType, IsMissingWhereItsValuesAreNeverWritten) {
   probe::MetaPackageProbe::getInstance();
-  for (const char16_t* type : {u"probe.Token", u"probe.Thing", u"lx.base.Model", u"lx.base.ModelElement"})
+  for (const char16_t* type :
+       {u"probe.Token", u"probe.Thing", u"lx.base.Model", u"lx.base.ModelElement", u"lx.base.HvArray"})
     EXPECT_FALSE(PropertySerializerRegistry::getInstance().find(type)) << lx::text::toUtf8(type);
 }
 

@@ -4,7 +4,6 @@
 
 #include "platform/foundation/meta/MetaImpl.h"
 #include "platform/foundation/meta/MetaRegistry.h"
-#include "tests/platform/foundation/whole/Names.h"
 
 namespace whole_test {
 
@@ -128,17 +127,26 @@ void expectEnd(const Ways& ways, const Value& zero, const Value& value) {
   if (ways.has != nullptr) {
     EXPECT_FALSE(ways.has(gone));
   }
-  if (ways.isSettable) {
-    EXPECT_THAT(raised<InvalidValue>([&] { gone.setPropertyValue(ways.name, value); }),
-                StartsWith("InvalidValue(" + nameAtElement(ways)));
-    EXPECT_EQ(raised<CannotModifyProxy>([&] { proxy.setPropertyValue(ways.name, value); }),
-              "CannotModifyProxy(" + nameAtElement(ways) + ")");
+  // Whatever the value is, and whether the property could be set or not.
+  for (const Value& each : {value, alien(), Value()}) {
+    EXPECT_THAT(raised<InvalidValue>([&] { gone.setPropertyValue(ways.name, each); }),
+                StartsWith("InvalidValue(" + ways.qualifiedName));
+    EXPECT_EQ(raised<CannotModifyProxy>([&] { proxy.setPropertyValue(ways.name, each); }),
+              withName("CannotModifyProxy", ways));
   }
   if (ways.set != nullptr) {
     EXPECT_THAT(raised<InvalidValue>([&] { ways.set(gone, value); }),
-                StartsWith("InvalidValue(" + nameAtElement(ways)));
+                StartsWith("InvalidValue(" + ways.qualifiedName));
     EXPECT_EQ(raised<CannotModifyProxy>([&] { ways.set(proxy, value); }),
-              "CannotModifyProxy(" + nameAtElement(ways) + ")");
+              withName("CannotModifyProxy", ways));
+  }
+  if (ways.peekResolve != nullptr) {
+    EXPECT_FALSE(ways.peekResolve(gone) || ways.peekResolve(proxy));
+  }
+  if (ways.resolve != nullptr) {
+    EXPECT_THAT(raised<InvalidValue>([&] { ways.resolve(gone); }),
+                StartsWith("InvalidValue(" + ways.qualifiedName));
+    EXPECT_EQ(raised<CannotModifyProxy>([&] { ways.resolve(proxy); }), withName("CannotModifyProxy", ways));
   }
 }
 

@@ -3,7 +3,10 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "platform/foundation/Builder.h"
 #include "platform/foundation/Cast.h"
@@ -20,6 +23,7 @@ using lx::base::meta::Class;
 using lx::base::meta::Property;
 using Builder = lx::base::ModelElement::Builder;
 using Elements = std::vector<ModelElement>;
+using Children = lx::base::detail::BuilderChildren;
 
 /// A class whose elements can be made.
 struct Maker {
@@ -53,7 +57,11 @@ struct Ways {
   void (*set)(const ModelElement& element, const Value& value) = nullptr;
   void (*build)(Builder& builder, const Value& value) = nullptr;
   void (*buildChild)(Builder& builder, Builder& child) = nullptr;
+  Value (*gathered)(Builder& builder) = nullptr;     // of values; empty if the builder was given none
+  Children (*children)(Builder& builder) = nullptr;  // of elements
   ModelElement (*createInto)(const ModelElement& element, Builder& child) = nullptr;
+  ModelElement (*peekResolve)(const ModelElement& element) = nullptr;
+  ModelElement (*resolve)(const ModelElement& element) = nullptr;
   const char16_t* child = u"";  // the class whose builder these two take
 };
 
@@ -96,6 +104,16 @@ Value asSet(const Collection& collection) {
   const auto values = collection.values();
   return Value(std::set<typename Collection::value_type>(values.begin(), values.end()));
 }
+/// Give what a builder has gathered for a property; empty if nothing.
+template <class T>
+Value contentOf(const boost::optional<T>& gathered) {
+  return gathered ? Value(*gathered) : Value();
+}
+template <class T>
+Value setIn(const boost::optional<std::vector<T>>& gathered) {
+  return gathered ? Value(std::set<T>(gathered->begin(), gathered->end())) : Value();
+}
+
 template <class Collection>
 void refill(Collection& collection, const Value& value) {
   collection.clear();
@@ -124,6 +142,73 @@ void expectOtherTypesRefused(const Ways& ways, const Model& model);
 
 /// Expect how the description describes the property, and give it.
 Property described(const Ways& ways);
+
+/// Expect that a builder tells what it was given last for a property of values, and what was added to that.
+inline void expectGatheredValue(const Ways& ways) {
+  const Property property = ways.maker.metaClass().property(ways.name);
+  const auto expectGathered = [&](Builder& builder, const Value& wanted) {
+    const Value got = ways.gathered(builder);
+    EXPECT_TRUE(got == wanted) << written(got) << " was gathered, not " << written(wanted);
+  };
+  const auto typed = ways.maker.builder(), byValue = ways.maker.builder(), oneByOne = ways.maker.builder();
+  expectGathered(*typed, Value());
+  const std::vector<Value> values = samplesOf(ways.type).of(ways.flags);
+  for (const Value& value : values) {
+    ways.build(*typed, value);
+    expectGathered(*typed, value);
+    byValue->setOrAdd(property, value);
+    expectGathered(*byValue, value);
+  }
+  if (property.getUpper() == 1) return;
+  for (const Sample& sample : samplesOf(ways.type).singles) oneByOne->setOrAdd(property, sample.value);
+  expectGathered(*oneByOne, values.at(2));  // which lists all single ones
+}
+
+/// Expect that a builder tells every element and every builder that it was given for a property of elements.
+inline void expectGatheredElements(const Ways& ways) {
+  const Property property = ways.maker.metaClass().property(ways.name);
+  const Model model = Model::create();
+  const ModelElement first = make(model, ways.fitting.front()), second = make(model, ways.fitting.back());
+  const bool isOne = ways.flags == ValueFlags::Single;
+  std::unique_ptr<Builder> builder;
+  Elements wanted;  // null for what a builder is to make
+  const auto next = [&]() -> Builder& {
+    if (isOne || !builder) {
+      builder = ways.maker.builder();
+      wanted.clear();
+      EXPECT_TRUE(ways.children(*builder).empty());
+    }
+    return *builder;
+  };
+  const auto expectAdded = [&](const Elements& added) {
+    wanted.insert(wanted.end(), added.begin(), added.end());
+    Elements got;
+    for (const auto& each : ways.children(*builder)) {
+      got.push_back(each.element);
+      EXPECT_NE(static_cast<bool>(each.element), static_cast<bool>(each.builder));
+    }
+    EXPECT_EQ(got, wanted);
+  };
+  next().setOrAdd(property, Value(first));
+  expectAdded({first});
+  if (!isOne) {
+    next().setOrAdd(property, Value(Elements{second, first}));
+    expectAdded({second, first});
+  }
+  if (ways.build != nullptr) {
+    ways.build(next(), Value(second));
+    expectAdded({second});
+  }
+  auto child = builderFor(Model(), ways.child);
+  const Class type = child->getMetaClass();
+  ways.buildChild(next(), *child);
+  expectAdded({ModelElement()});
+  EXPECT_EQ(ways.children(*builder).back().builder->getMetaClass(), type);
+  const Builder* const given = child.get();
+  next().setOrAdd(property, std::move(child));
+  expectAdded({ModelElement()});
+  EXPECT_EQ(ways.children(*builder).back().builder.get(), given);
+}
 
 /// Expect what is asked of and done to a property of an element that is gone, or a proxy.
 void expectEnd(const Ways& ways, const Value& zero, const Value& value);
