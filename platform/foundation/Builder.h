@@ -31,7 +31,7 @@ class ND_PLATFORM_EXPORT ModelElement::Builder {
   Builder() = default;
   Builder(const Builder& other) : model_(other.model_) {}  // a creation that is under way is not the copy's
   Builder& operator=(const Builder& other) {
-    model_ = other.model_;
+    if (this != &other) model_ = other.model_;
     return *this;
   }
   virtual ~Builder();
