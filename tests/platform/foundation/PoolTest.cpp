@@ -80,16 +80,23 @@ class PoolTest : public testing::Test {
   }
 };
 
-/// The tests that there is nothing to see of under a sanitizer.
-class KeepingPoolTest : public PoolTest {
- protected:
-  void SetUp() override {
-    if (!keepsFreedBlocks()) GTEST_SKIP() << "no block is kept under a sanitizer";
-    PoolTest::SetUp();
-  }
-};
+#ifdef ND_SANITIZED
 
-TEST_F(KeepingPoolTest, GivesAFreedBlockToTheNextOfItsSize) {
+TEST_F(PoolTest, KeepsNothingUnderASanitizerAlsoWhenItIsTold) {
+  const std::size_t left = leftBy([] {
+    EXPECT_FALSE(keepsFreedBlocks());
+    keepFreedBlocks(true);
+    EXPECT_FALSE(keepsFreedBlocks());
+    EXPECT_TRUE(isReleased(allocateBlock(120), 120));
+    makeAndDestroyElements(Model::create(), 100);
+    EXPECT_TRUE(isPoolEmpty());
+  });
+  EXPECT_EQ(left, 0U);
+}
+
+#else
+
+TEST_F(PoolTest, GivesAFreedBlockToTheNextOfItsSize) {
   bool isTheSame = false;
   bool isAnotherSizeAskedFor = false;
   const std::size_t left = leftBy([&] {
@@ -106,7 +113,7 @@ TEST_F(KeepingPoolTest, GivesAFreedBlockToTheNextOfItsSize) {
   EXPECT_EQ(left, 0U);
 }
 
-TEST_F(KeepingPoolTest, KeepsBlocksOfAllSizesTogetherUpToItsBound) {
+TEST_F(PoolTest, KeepsBlocksOfAllSizesTogetherUpToItsBound) {
   std::size_t kept = 0;
   bool isMoreReleased = false;
   bool isOneForOneKept = false;
@@ -130,7 +137,7 @@ TEST_F(KeepingPoolTest, KeepsBlocksOfAllSizesTogetherUpToItsBound) {
   EXPECT_EQ(left, 0U);
 }
 
-TEST_F(KeepingPoolTest, MakesNoMoreRoomWhenItIsToldToKeepAgain) {
+TEST_F(PoolTest, MakesNoMoreRoomWhenItIsToldToKeepAgain) {
   std::size_t kept = 0;
   const std::size_t left = leftBy([&] {
     std::vector<void*> blocks(2 * Pool::KeptBytes / Pool::rounded(504));
@@ -145,7 +152,7 @@ TEST_F(KeepingPoolTest, MakesNoMoreRoomWhenItIsToldToKeepAgain) {
   EXPECT_EQ(left, 0U);
 }
 
-TEST_F(KeepingPoolTest, KeepsNothingFromWhenItIsToldSoUntilItIsToldOtherwise) {
+TEST_F(PoolTest, KeepsNothingFromWhenItIsToldSoUntilItIsToldOtherwise) {
   std::size_t givenBack = 0;
   bool isReleasedMeanwhile = false;
   bool isKeptBefore = false;
@@ -166,7 +173,7 @@ TEST_F(KeepingPoolTest, KeepsNothingFromWhenItIsToldSoUntilItIsToldOtherwise) {
   EXPECT_EQ(left, 0U);
 }
 
-TEST_F(KeepingPoolTest, GivesBackWhatAThreadKeptOfItsElements) {
+TEST_F(PoolTest, GivesBackWhatAThreadKeptOfItsElements) {
   bool isKept = false;
   const std::size_t left = leftBy([&] {
     const Model model = Model::create();
@@ -176,6 +183,8 @@ TEST_F(KeepingPoolTest, GivesBackWhatAThreadKeptOfItsElements) {
   EXPECT_TRUE(isKept);
   EXPECT_EQ(left, 0U);
 }
+
+#endif
 
 TEST_F(PoolTest, LetsABlockGoThatIsLargerThanAnyItKeeps) {
   void* const block = allocateBlock(Pool::Largest + 1);
