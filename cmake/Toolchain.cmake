@@ -8,6 +8,10 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 # What a shared library exports it also calls directly and inlines within itself: nobody replaces parts of it.
 add_compile_options(-fno-semantic-interposition)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # Most classes override in generated code what they inherit: a guess that they don't costs and is wrong.
+  add_compile_options(-fno-devirtualize-speculatively)
+endif()
 add_link_options(-Wl,-Bsymbolic-functions)
 
 find_program(ND_CCACHE ccache)

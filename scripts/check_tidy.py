@@ -28,7 +28,8 @@ COMPILER = re.compile(r"(?:.*/)?(?:c|g|clang)\+\+(?:-\d+)?")
 
 # g++ has these to itself. A precompiled header of g++ cannot be read by clang either, so every source has to
 # include what it uses.
-NOT_FOR_CLANG = {"-Wduplicated-cond", "-Wlogical-op", "-Wuseless-cast", "-Winvalid-pch", "-Werror", "-Wno-restrict",
+NOT_FOR_CLANG = {"-fno-devirtualize-speculatively", "-Wduplicated-cond", "-Wlogical-op", "-Wuseless-cast",
+                 "-Winvalid-pch", "-Werror", "-Wno-restrict",
                  "-Wno-stringop-overflow", "-Wno-stringop-overread"}
 
 

@@ -59,7 +59,7 @@ class ContainedReference : public detail::ContainedReferenceCore {
   using detail::ContainedReferenceCore::ContainedReferenceCore;
 
   /// Give the element; a null handle if there is none.
-  E get() const { return typed(target()); }
+  E get() const { return detail::typed<E>(target()); }
 
   /// Put an element here, or none for a null handle. The one that was here is destroyed in the same
   /// transaction. Raises what `ElementSequence` says of adding.
@@ -72,15 +72,14 @@ class ContainedReference : public detail::ContainedReferenceCore {
   }
 
   /// What `ContainmentSlot` says of resolving, as elements of class E.
-  E resolveProxy(const E& proxy) { return typed(ContainmentSlot::resolveProxy(proxy).impl()); }
-  E peekResolveProxy(const E& proxy) const { return typed(ContainmentSlot::peekResolveProxy(proxy).impl()); }
+  E resolveProxy(const E& proxy) { return detail::typed<E>(ContainmentSlot::resolveProxy(proxy).impl()); }
+  E peekResolveProxy(const E& proxy) const {
+    return detail::typed<E>(ContainmentSlot::peekResolveProxy(proxy).impl());
+  }
 
   bool accepts(const ModelElement::Impl& element) const noexcept override {
     return detail::isOfClass<E>(element);
   }
-
- private:
-  static E typed(ModelElement::Impl* element) { return E(static_cast<typename E::Impl*>(element)); }
 };
 
 }  // namespace lx::base

@@ -31,24 +31,34 @@ E allocateElement(const Model& model, const boost::uuids::uuid& uuid) {
   return E(impl);
 }
 
+/// Make an element that has no say in its creation.
+template <class E>
+E createMute(const Model& model, const boost::uuids::uuid& uuid) {
+  ModelAccess::checkUsable(*model.impl());
+  E element = allocateElement<E>(model, uuid);
+  ModelAccess::createMute(element);
+  return element;
+}
+
+/// Make an element, in one transaction, which its class is told of.
+template <class E>
+E createTold(const Model& model, const boost::uuids::uuid& uuid) {
+  Transaction transaction = model.impl()->beginTransaction(false);
+  E element = allocateElement<E>(model, uuid);
+  element.impl()->notifyCreated();
+  transaction.commit();
+  return element;
+}
+
 /// Make an element in a model, in one transaction; an exception leaves nothing of it.
 template <class E>
 E createElement(const char* operation, const Model& model, const boost::uuids::uuid& uuid) {
-  using ImplT = typename E::Impl;
   const bool isAlive = model && model.impl()->isAlive();
   if (!isAlive) checkModel(operation, model);
-  if constexpr (IsMuteAtCreation<ImplT>) {
-    ModelAccess::checkUsable(*model.impl());
-    const E element = allocateElement<E>(model, uuid);
-    ModelAccess::createMute(element);
-    return element;
-  } else {
-    Transaction transaction = model.impl()->beginTransaction(false);
-    const E element = allocateElement<E>(model, uuid);
-    element.impl()->notifyCreated();
-    transaction.commit();
-    return element;
-  }
+  if constexpr (IsMuteAtCreation<typename E::Impl>)
+    return createMute<E>(model, uuid);
+  else
+    return createTold<E>(model, uuid);
 }
 
 /// Give the element on which an operation is called; raise `InvalidValue` that names it if the element is

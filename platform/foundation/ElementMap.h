@@ -54,14 +54,14 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
   std::vector<E> proxies() const {
     std::vector<E> result;
     for (const ModelElement& each : this->proxyElements()) {
-      result.push_back(typed(each.impl()));
+      result.push_back(detail::typed<E>(each.impl()));
     }
     return result;
   }
 
   /// What `ContainmentSlot` says of resolving, as elements of class E. The element goes under its own key.
-  E resolveProxy(const E& proxy) { return typed(Slot::resolveProxy(proxy).impl()); }
-  E peekResolveProxy(const E& proxy) const { return typed(Slot::peekResolveProxy(proxy).impl()); }
+  E resolveProxy(const E& proxy) { return detail::typed<E>(Slot::resolveProxy(proxy).impl()); }
+  E peekResolveProxy(const E& proxy) const { return detail::typed<E>(Slot::peekResolveProxy(proxy).impl()); }
 
   bool accepts(const ModelElement::Impl& element) const noexcept override {
     return detail::isOfClass<E>(element);
@@ -104,12 +104,12 @@ class KeyedCollection : public detail::KeyedCollectionCore<K> {
   iterator end() const { return iterator(*this, endPosition()); }
   const typename Core::Node* endPosition() const noexcept { return nullptr; }
 
-  E atPosition(const typename Core::Node* node) const { return node == nullptr ? E() : typed(node->element); }
+  E atPosition(const typename Core::Node* node) const {
+    return node == nullptr ? E() : detail::typed<E>(node->element);
+  }
 
  private:
   using Slot = detail::ContainmentSlot;
-
-  static E typed(ModelElement::Impl* element) { return E(static_cast<typename E::Impl*>(element)); }
 };
 
 /// Keyed, one element a key.

@@ -107,8 +107,10 @@ class ElementSequence : public detail::ElementSequenceCore {
   bool contains(const E& element) const noexcept { return holds(element); }
 
   /// What `ContainmentSlot` says of resolving, as elements of class E.
-  E resolveProxy(const E& proxy) { return typed(ContainmentSlot::resolveProxy(proxy).impl()); }
-  E peekResolveProxy(const E& proxy) const { return typed(ContainmentSlot::peekResolveProxy(proxy).impl()); }
+  E resolveProxy(const E& proxy) { return detail::typed<E>(ContainmentSlot::resolveProxy(proxy).impl()); }
+  E peekResolveProxy(const E& proxy) const {
+    return detail::typed<E>(ContainmentSlot::peekResolveProxy(proxy).impl());
+  }
 
   bool accepts(const ModelElement::Impl& element) const noexcept override {
     return detail::isOfClass<E>(element);
@@ -118,11 +120,8 @@ class ElementSequence : public detail::ElementSequenceCore {
   iterator end() const { return iterator(*this, endPosition()); }
   std::size_t endPosition() const noexcept { return size(); }
 
-  E atPosition(std::size_t position) const { return typed(elements()[position]); }
+  E atPosition(std::size_t position) const { return detail::typed<E>(elements()[position]); }
   std::size_t nextPosition(std::size_t position) const noexcept { return position + 1; }
-
- private:
-  static E typed(ModelElement::Impl* element) { return E(static_cast<typename E::Impl*>(element)); }
 };
 
 }  // namespace lx::base

@@ -89,12 +89,12 @@ Model::Thawer::~Thawer() {
 }
 
 void Model::Freezer::freeze(const Model& model) {
-  if (!model.isAlive()) report::invalidValue("Model.Freezer.freeze", "the model is null or was destroyed.");
+  if (!model.isAlive()) report::missingModel("Model.Freezer.freeze");
   model.impl()->frozen_ = true;
 }
 
 Model::Thawer Model::Freezer::thaw(const Model& model) {
-  if (!model.isAlive()) report::invalidValue("Model.Freezer.thaw", "the model is null or was destroyed.");
+  if (!model.isAlive()) report::missingModel("Model.Freezer.thaw");
   return Thawer(model.impl()->isFrozen() ? model : Model());
 }
 

@@ -156,8 +156,8 @@ void ModelAccess::retire(Model::Impl& model, Storage* saved) noexcept {
   saved = releaseOfDead(saved);
   Storage** end = &saved;
   while (*end != nullptr) end = &(*end)->next_;
-  *end = std::exchange(model.retained_, nullptr);
-  model.retained_ = saved;
+  *end = std::exchange(model.retained_, saved);
+  model.isUntidy_ = true;
 }
 
 void ModelAccess::handOver(Level& level) noexcept {
@@ -315,29 +315,31 @@ bool ModelAccess::hasChanges(const Storage* saved) noexcept {
   return saved != nullptr;
 }
 
-/// Tell all observers; the caller keeps the model.
+/// Tell all observers. If they drop the last handle to the model, it ends behind this.
 void ModelAccess::notify(Model::Impl& model, const ChangeSet& changes) noexcept {
   ++model.telling_;
   const std::size_t count = model.observers_.size();  // one that is added meanwhile hears of the next commit
-  for (std::size_t at = 0; at < count && at < model.observers_.size(); ++at) {
-    if (model.observers_[at] == nullptr) continue;
+  for (std::size_t at = 0; at != count; ++at) {
+    ChangeObserver* const observer = model.observers_[at];
+    if (observer == nullptr) continue;
     ++model.counters_.notices;
-    model.observers_[at]->changed(changes);
+    observer->changed(changes);
   }
-  if (--model.telling_ != 0) return;
-  if (model.lostObservers_) {
-    std::erase(model.observers_, nullptr);
-    model.lostObservers_ = false;
-  }
-  if (model.retained_ != nullptr) release(std::exchange(model.retained_, nullptr));
+  if (--model.telling_ == 0 && model.isUntidy_) tidyUp(model);
+}
+
+/// Let go of what had to stay while observers were told.
+void ModelAccess::tidyUp(Model::Impl& model) noexcept {
+  model.isUntidy_ = false;
+  std::erase(model.observers_, nullptr);
+  release(std::exchange(model.retained_, nullptr));
+  if (model.references_ == 0) model.end();
 }
 
 void ModelAccess::tellLoneChange(Element& element, const Storage& saved) noexcept {
   const ModelElement keep(&element);
   Model::Impl& model = *element.model_;
-  model.addRef();
   notify(model, ChangeSet(model, {}, {}, &saved, nullptr));
-  model.removeRef();
 }
 
 void ModelAccess::createMute(const ModelElement& created) {
@@ -346,10 +348,7 @@ void ModelAccess::createMute(const ModelElement& created) {
   countTransaction(model);
   if ((element.flags_ & Element::Identified) != 0) model.identify(element.uuid_, element);
   link(element);
-  if (!isAloneAndObserved(model)) return;
-  model.addRef();
-  notify(model, ChangeSet(model, {&created, 1}, {}, nullptr, nullptr));
-  model.removeRef();
+  if (isAloneAndObserved(model)) notify(model, ChangeSet(model, {&created, 1}, {}, nullptr, nullptr));
 }
 
 void ModelAccess::link(Element& element) noexcept {
@@ -375,7 +374,8 @@ void ModelAccess::bury(Element* dead) noexcept {
     Element& buried = *dead;
     dead = buried.next_;
     buried.next_ = nullptr;
-    buryOne(buried);
+    endForGood(buried);
+    buried.dropRef();
   }
 }
 

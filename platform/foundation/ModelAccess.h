@@ -124,17 +124,17 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static bool hasChanges(const Storage* saved) noexcept;
   static Element* settle(detail::Level& level) noexcept;
   static void notify(Model::Impl& model, const ChangeSet& changes) noexcept;
+  static void tidyUp(Model::Impl& model) noexcept;
   static void recycle(detail::Level& level) noexcept;
   static void fetch(const Storage& next) noexcept;
   static void release(Storage* saved) noexcept;
   static Storage* releaseOfDead(Storage* saved) noexcept;
   static void retire(Model::Impl& model, Storage* saved) noexcept;
   static void bury(Element* dead) noexcept;
-  static void buryOne(Element& dead) noexcept {
+  static void endForGood(Element& dead) noexcept {
     if ((dead.flags_ & Element::Identified) != 0) forget(dead);
     dead.invalidate();
     dead.basicDisassociateAll();
-    dead.dropRef();
   }
   static void forget(Element& element) noexcept;
 };

@@ -169,32 +169,29 @@ void ModelAccess::killReplaced(Model::Impl& model, std::size_t toldBefore) {
   }
 }
 
-/// Tell whether an element can be destroyed without more ado: nothing is to be undone, nobody has a say in
-/// it, and it stands alone.
+/// Tell whether an element is there and can be destroyed without more ado: nothing is to be undone, nobody
+/// has a say in it, and it stands alone.
 bool ModelAccess::endsUnheard(const Element& element) noexcept {
-  const Model::Impl& model = *element.model_;
-  return (element.flags_ & (Element::Mute | Element::Composite)) == Element::Mute &&
-         element.slot_ == nullptr && element.incoming_ == nullptr && model.top_ == nullptr && !model.frozen_;
+  constexpr std::uint32_t Asked = Element::Alive | Element::Told | Element::Mute | Element::Composite;
+  return (element.flags_ & Asked) == (Element::Alive | Element::Mute) && element.slot_ == nullptr &&
+         element.incoming_ == nullptr && element.model_->top_ == nullptr && !element.model_->frozen_;
 }
 
 void ModelAccess::destroyUnheard(Element& element) noexcept {
-  const ModelElement destroyed(&element);
   Model::Impl& model = *element.model_;
   model.addRef();
   countTransaction(model);
   element.flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
   unlink(element);
+  const ModelElement destroyed = ModelElement::adopt(element);  // the model's reference
   if (!model.observers_.empty()) notify(model, ChangeSet(model, {}, {&destroyed, 1}, nullptr, nullptr));
-  buryOne(element);
+  endForGood(element);
   model.removeRef();
 }
 
 void ModelAccess::destroy(Element& element) {
-  if (!element.isAlive() || element.isBeingDestroyed()) return;
-  if (endsUnheard(element))
-    destroyUnheard(element);
-  else
-    destroyHeard(element);
+  if (endsUnheard(element)) return destroyUnheard(element);
+  if (element.isAlive() && !element.isBeingDestroyed()) destroyHeard(element);
 }
 
 void ModelAccess::destroyHeard(Element& element) {
@@ -251,7 +248,7 @@ void ModelAccess::tearDown(Model::Impl& model, bool swallow) {
     }
   }
   model.alive_ = false;
-  model.observers_.clear();
+  model.removeObservers();
   Element* gone = model.oldest_;
   model.oldest_ = nullptr;
   model.newest_ = nullptr;

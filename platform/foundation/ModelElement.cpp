@@ -229,10 +229,8 @@ void ModelElement::Impl::notifyCreatedAsProxy() {
 }
 
 void ModelElement::Impl::comeIntoModel() {
-  if (model_ == nullptr || !model_->isAlive()) {
-    report::invalidValue(getMetaClass().getQualifiedName() + u".create",
-                         u"the model is null or was destroyed; give one that is alive.");
-  }
+  if (model_ == nullptr || !model_->isAlive())
+    report::missingModel(getMetaClass().getQualifiedName() + u".create");
   if (!uuid_.is_nil()) model_->identify(uuid_, *this);
   ModelAccess::link(*this);
 }

@@ -108,7 +108,16 @@ class ND_PLATFORM_EXPORT ModelElement {
   }
 
  private:
+  friend class ModelAccess;
+
   [[noreturn]] static void raiseNull(const char* operation);
+
+  /// Give a handle that takes over a reference which was added by hand.
+  static ModelElement adopt(Impl& impl) noexcept {
+    ModelElement handle;
+    handle.impl_ = &impl;
+    return handle;
+  }
 
   Impl* impl_ = nullptr;
 };
@@ -274,6 +283,9 @@ class ND_PLATFORM_EXPORT ModelElement::Impl : public ElementImpl {
 
   /// Raise likewise, but not for a frozen model: what changes nothing may be done there.
   void checkPresent(unsigned index) const;
+
+  /// Raise `InvalidValue` for a frozen model, of an element that is there.
+  void checkThawed(unsigned index) const;
 
   /// Raise `InvalidValue` that names the operation if the element is gone.
   void checkAlive(const char* operation) const;

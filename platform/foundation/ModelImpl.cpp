@@ -26,6 +26,10 @@ Model::Impl::Impl(const Constellation& constellation, std::shared_ptr<const Work
 Model::Impl::~Impl() = default;
 
 void Model::Impl::end() noexcept {
+  if (telling_ != 0) {
+    isUntidy_ = true;  // what tells does it afterwards
+    return;
+  }
   if (alive_) {
     references_ = 1;  // what is torn down may take and drop handles to this model
     ModelAccess::tearDown(*this, true);
@@ -105,8 +109,16 @@ void Model::Impl::removeObserver(ChangeObserver& observer) noexcept {
     observers_.erase(found);
   } else {
     *found = nullptr;
-    lostObservers_ = true;
+    isUntidy_ = true;
   }
+}
+
+void Model::Impl::removeObservers() noexcept {
+  std::fill(observers_.begin(), observers_.end(), nullptr);
+  if (telling_ == 0)
+    observers_.clear();
+  else
+    isUntidy_ = true;
 }
 
 }  // namespace lx::base

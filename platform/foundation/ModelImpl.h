@@ -72,6 +72,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
   /// the model is gone.
   void addObserver(ChangeObserver& observer);
   void removeObserver(ChangeObserver& observer) noexcept;
+  void removeObservers() noexcept;
 
   const Counters& counters() const noexcept { return counters_; }
   bool isFrozen() const noexcept { return frozen_; }
@@ -112,7 +113,7 @@ class ND_PLATFORM_EXPORT Model::Impl {
   bool alive_ = true;
   bool frozen_ = false;
   bool identifiedItself_ = false;
-  bool lostObservers_ = false;  // some were removed while they are told
+  bool isUntidy_ = false;  // something is left that had to stay while observers are told
 };
 
 inline void ModelElement::Impl::checkWritable(unsigned index) const {
@@ -122,6 +123,10 @@ inline void ModelElement::Impl::checkWritable(unsigned index) const {
 
 inline void ModelElement::Impl::checkPresent(unsigned index) const {
   if ((flags_ & (Alive | Proxy)) != Alive) raiseNotWritable(index);
+}
+
+inline void ModelElement::Impl::checkThawed(unsigned index) const {
+  if (model_->frozen_) raiseNotWritable(index);
 }
 
 inline bool ModelElement::Impl::isSavedInOpenTransaction(unsigned index) const noexcept {

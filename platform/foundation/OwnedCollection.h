@@ -77,6 +77,12 @@ bool isOfClass([[maybe_unused]] const ModelElement::Impl& element) noexcept {
     return dynamic_cast<const typename E::Impl*>(&element) != nullptr;
 }
 
+/// Give a handle of class E to an element that is known to be of it, or to none.
+template <class E>
+E typed(ModelElement::Impl* element) {
+  return E(static_cast<typename E::Impl*>(element));
+}
+
 /// Raise `InvalidValue` that names the property if a list names an element twice.
 void checkEachOnce(const AbstractOwnedCollection& property, const std::vector<ModelElement>& elements);
 

@@ -7,7 +7,7 @@
 namespace lx::base::query {
 
 AbstractQuery::AbstractQuery(const Model& model) : model_(model) {
-  if (!model.isAlive()) report::invalidValue("AbstractQuery", "the model is null or was destroyed.");
+  if (!model.isAlive()) report::missingModel("AbstractQuery");
 }
 
 AbstractQuery::~AbstractQuery() = default;

@@ -194,22 +194,19 @@ class TypedReferences : public ReferenceCollectionCore {
   }
 
   /// What `ReferenceCollection` says, as an element of class E. One of another class is none.
-  E resolveProxy(const E& proxy) { return typed(ReferenceCollection::resolveProxy(proxy).impl()); }
+  E resolveProxy(const E& proxy) { return typed<E>(ReferenceCollection::resolveProxy(proxy).impl()); }
   E peekResolveProxy(const E& proxy) const {
-    return typed(ReferenceCollection::peekResolveProxy(proxy).impl());
+    return typed<E>(ReferenceCollection::peekResolveProxy(proxy).impl());
   }
 
   iterator begin() const { return iterator(*this, 0); }
   iterator end() const { return iterator(*this, endPosition()); }
   std::size_t endPosition() const noexcept { return size(); }
 
-  E atPosition(std::size_t position) const { return typed(targetAt(position)); }
+  E atPosition(std::size_t position) const { return typed<E>(targetAt(position)); }
   std::size_t nextPosition(std::size_t position) const noexcept { return position + 1; }
 
   bool accepts(const ModelElement::Impl& element) const noexcept override { return isOfClass<E>(element); }
-
- protected:
-  static E typed(ModelElement::Impl* element) { return E(static_cast<typename E::Impl*>(element)); }
 };
 
 }  // namespace detail
@@ -241,7 +238,7 @@ class TypedReferenceCollectionWithProxies final
   /// List those elements that are proxies.
   std::vector<E> proxies() const {
     std::vector<E> result;
-    for (const ModelElement& each : this->proxyElements()) result.push_back(this->typed(each.impl()));
+    for (const ModelElement& each : this->proxyElements()) result.push_back(detail::typed<E>(each.impl()));
     return result;
   }
 };

@@ -32,6 +32,14 @@ void invalidValue(const char* subject, const char* cure) {
   invalidValue(text::toUtf16(subject), text::toUtf16(cure));
 }
 
+void missingModel(const std::u16string& subject) {
+  invalidValue(subject, u"the model is null or was destroyed; give one that is alive.");
+}
+
+void missingModel(const char* subject) {
+  missingModel(text::toUtf16(subject));
+}
+
 void notWritable(const ModelElement::Impl& element, const std::u16string& what) {
   if (element.isProxy()) throw lxb::messages::CannotModifyProxy(what);
   if (!element.isAlive()) invalidValue(what, u"the element was destroyed; create another one.");

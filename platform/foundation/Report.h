@@ -12,6 +12,10 @@ namespace lx::base::report {
 [[noreturn]] ND_PLATFORM_EXPORT void invalidValue(const std::u16string& subject, const std::u16string& cure);
 [[noreturn]] ND_PLATFORM_EXPORT void invalidValue(const char* subject, const char* cure);
 
+/// Raise `InvalidValue` for a model that is null or was destroyed.
+[[noreturn]] ND_PLATFORM_EXPORT void missingModel(const std::u16string& subject);
+[[noreturn]] ND_PLATFORM_EXPORT void missingModel(const char* subject);
+
 /// Raise for a mutator that must not run: `CannotModifyProxy` on a proxy, else `InvalidValue`.
 [[noreturn]] ND_PLATFORM_EXPORT void notWritable(const ModelElement::Impl& element,
                                                  const std::u16string& what);

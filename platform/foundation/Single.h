@@ -114,10 +114,10 @@ void assign(ModelElement::Impl& self, Single<T>& field, T& next, unsigned index)
     ModelAccess::tellLoneChange(self, LoneChange<T>(self, index, next));
 }
 
-/// Set a property to another value than it has.
+/// Set a property of an element that is there to another value than it has.
 template <class T>
 [[gnu::noinline]] void change(ModelElement::Impl& self, Single<T>& field, const T& value, unsigned index) {
-  self.checkWritable(index);
+  self.checkThawed(index);
   if constexpr (Single<T>::IsWrittenInPlace) {
     if (self.isSavedInOpenTransaction(index)) {
       field.write(value);

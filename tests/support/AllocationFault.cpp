@@ -11,7 +11,8 @@ std::size_t remaining = 0;
 bool failsOn = false;
 bool occurred = false;
 std::size_t asked = 0;
-std::size_t count = 0;
+std::size_t given = 0;
+std::size_t released = 0;
 
 bool isToFail() noexcept {
   ++asked;
@@ -22,7 +23,7 @@ bool isToFail() noexcept {
 }
 
 void release(void* memory) noexcept {
-  if (memory != nullptr) --count;
+  if (memory != nullptr) ++released;
   std::free(memory);
 }
 
@@ -47,15 +48,19 @@ std::size_t AllocationFault::requests() noexcept {
   return asked;
 }
 
+std::size_t AllocationFault::releases() noexcept {
+  return released;
+}
+
 std::size_t AllocationFault::live() noexcept {
   lx::base::detail::keepFreedBlocks(false);
-  return count;
+  return given - released;
 }
 
 void* operator new(std::size_t size) {
   void* const memory = isToFail() ? nullptr : std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
-  ++count;
+  ++given;
   return memory;
 }
 

@@ -12,13 +12,13 @@ SHARED = set("""
     """.split())
 
 # The members of lx::base::ModelElement, and what every handle adds to them.
-HANDLE = HANDLE_TYPES | SHARED | {"Uuid", "create", "impl", "metaClass", "raiseNull", "self"}
+HANDLE = HANDLE_TYPES | SHARED | {"Uuid", "adopt", "create", "impl", "metaClass", "raiseNull", "self"}
 
 # The members of lx::base::ModelElement::Impl and of its base, and what every element adds to them.
 ELEMENT = ELEMENT_TYPES | SHARED | set("""
     ContainerIndex Flag LifeIndex Pinned _inverseAddThis _inverseContainsThis _setContainedByThis aboutToDestroy
-    basicDisassociateAll basicSetContainer becomeProxy checkAlive checkPresent checkWritable comeIntoModel
-    containmentSlot convertReferencesToProxies convertToProxy copyStateFromStorage copyValue createChanges createStorage
+    basicDisassociateAll basicSetContainer becomeProxy checkAlive checkPresent checkThawed checkWritable
+    comeIntoModel containmentSlot convertReferencesToProxies convertToProxy copyStateFromStorage copyValue createChanges createStorage
     didCreate disassociateIncoming doDestroy dropRef getPersistentProxyId getPropertyByIndex getProxyId incoming
     invalidate inverseAdd inverseContainsProxyTo inverseRemove isBeingDestroyed isLogged isMovedInOpenTransaction
     isPinned isPropertyOfClass isSavedInOpenTransaction modelImpl nameOfProperty notifyCreated

@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <new>
 
 #include <gtest/gtest.h>
 
@@ -23,17 +22,8 @@ TEST_F(JsonAdapterMemory, LeavesTheContainerAloneWhenAnAllocationOfAReadFails) {
     nd::data::adapter::AdapterError error = nd::data::adapter::AdapterError::create(model_);
     error.setError(nd::data::adapter::AdapterDiagnostic::NoDiagnostic, u"", u"", u"");
     const std::size_t arrays = hvGetLiveArrayCount();
-    bool isShort = false;
-    bool hasFailed = false;
-    {
-      const AllocationFault fault(number);
-      try {
-        adapter_.getData(workspace_, metaData, u"", error);
-      } catch (const std::bad_alloc&) {
-        isShort = true;
-      }
-      hasFailed = fault.hasOccurred();
-    }
+    const auto [isShort, hasFailed] =
+        attemptWithout(number, [&] { adapter_.getData(workspace_, metaData, u"", error); });
     ASSERT_EQ(error.getId(), nd::data::adapter::AdapterDiagnostic::NoDiagnostic) << "allocation " << number;
     if (isShort) {
       ++failures;

@@ -7,6 +7,7 @@
 #include "nd_data_adapter/model/AdapterCacheV2.h"
 #include "platform/foundation/CreateElement.h"
 #include "platform/foundation/meta/Meta.h"
+#include "tests/nd_data_adapter/broker/ResolvedProxy.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
@@ -17,10 +18,12 @@ using lx::base::createProxy;
 using lx::base::Model;
 using lx::base::Transaction;
 using lx::base::Value;
+using support::expectResolvedProxy;
 using support::Lines;
 using support::ModelWatch;
 using support::ProbeAdapter;
 using support::raisedBy;
+using support::someIdentity;
 using support::stateOfBroker;
 using testing::ElementsAre;
 
@@ -327,12 +330,6 @@ TEST_F(AdapterCacheV2Test, RefusesAnEntryOfAnotherModelInItsMap) {
 
 // Entries that aren't loaded
 
-boost::uuids::uuid someIdentity() {
-  boost::uuids::uuid result{};
-  result.data[15] = 1;
-  return result;
-}
-
 TEST_F(AdapterCacheV2Test, HoldsAProxyApart) {
   store(u"q", u"a");
   const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
@@ -384,19 +381,7 @@ TEST_F(AdapterCacheV2Test, RefusesToChangeAProxyThatItHolds) {
 }
 
 TEST_F(AdapterCacheV2Test, ResolvesAProxyToTheEntryUnderItsOwnQualifier) {
-  auto& entries = cache.impl()->getCPPCacheMutable();
-  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
-  entries.add(proxy);
-  EXPECT_FALSE(entries.resolveProxy(proxy)) << "the model doesn't have the entry";
-
-  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model, someIdentity());
-  entry.setName(u"q");
-  entry.setAdapter(makeProbe(u"a"));
-  EXPECT_TRUE(stateOfBroker().empty()) << "the proxy stands in the cache, the entry beside it";
-  EXPECT_EQ(entries.resolveProxy(proxy), entry);
-  EXPECT_EQ(stateOfBroker(), Lines{"open q: a"});
-  EXPECT_TRUE(entries.proxies().empty());
-  EXPECT_FALSE(proxy.isAlive());
+  expectResolvedProxy(cache.impl()->getCPPCacheMutable(), u"q", makeProbe(u"a"), "open q: a");
 }
 
 TEST_F(AdapterCacheV2Test, EndsWithItsProxiesAndClosesWhatIsLoaded) {

@@ -7,6 +7,7 @@
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "platform/foundation/CreateElement.h"
 #include "platform/foundation/meta/Meta.h"
+#include "tests/nd_data_adapter/broker/ResolvedProxy.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
@@ -16,10 +17,12 @@ using namespace nd::data::adapter;
 using lx::base::createProxy;
 using lx::base::Model;
 using lx::base::Transaction;
+using support::expectResolvedProxy;
 using support::Lines;
 using support::ModelWatch;
 using support::ProbeAdapter;
 using support::raisedBy;
+using support::someIdentity;
 using support::stateOfBroker;
 using testing::ElementsAre;
 
@@ -296,12 +299,6 @@ TEST_F(AdapterRegistryV2Test, MakesNoEntryFromABuilderWhoseKeyIsTaken) {
 
 // Entries that aren't loaded
 
-boost::uuids::uuid someIdentity() {
-  boost::uuids::uuid result{};
-  result.data[15] = 1;
-  return result;
-}
-
 TEST_F(AdapterRegistryV2Test, HoldsAProxyApart) {
   registerProbe(u"a");
   const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
@@ -350,19 +347,7 @@ TEST_F(AdapterRegistryV2Test, LetsThePrototypeOfAnEntryGoWithoutACallThatBecomes
 }
 
 TEST_F(AdapterRegistryV2Test, ResolvesAProxyToTheEntryUnderItsOwnName) {
-  auto& entries = registry.impl()->getCPPRegistryMutable();
-  const auto proxy = createProxy<CPPAdapterV2Entry>(model, someIdentity());
-  entries.add(proxy);
-  EXPECT_FALSE(entries.resolveProxy(proxy)) << "the model doesn't have the entry";
-
-  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model, someIdentity());
-  entry.setName(u"key");
-  entry.setAdapter(makeProbe(u"a"));
-  EXPECT_TRUE(stateOfBroker().empty()) << "the proxy stands in the registry, the entry beside it";
-  EXPECT_EQ(entries.resolveProxy(proxy), entry);
-  EXPECT_EQ(stateOfBroker(), Lines{"registered key: a"});
-  EXPECT_TRUE(entries.proxies().empty());
-  EXPECT_FALSE(proxy.isAlive());
+  expectResolvedProxy(registry.impl()->getCPPRegistryMutable(), u"key", makeProbe(u"a"), "registered key: a");
 }
 
 TEST_F(AdapterRegistryV2Test, KeepsAProxyWhoseEntryHasATakenName) {

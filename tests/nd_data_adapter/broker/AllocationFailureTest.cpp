@@ -2,7 +2,6 @@
 // second, and so on until it succeeds. What it may leave is what it may leave when anything else throws.
 
 #include <functional>
-#include <new>
 #include <set>
 
 #include "nd_data_adapter/broker/internal/FirstGenerationRoad.h"
@@ -112,19 +111,9 @@ class BrokerAllocationFailure : public testing::Test {
       reset();
       prepare();
       const Lines before = state();
-      bool isRaised = false;
-      bool hasFailed = false;
-      {
-        const AllocationFault failing(number);
-        try {
-          operation();
-        } catch (const std::bad_alloc&) {
-          isRaised = true;
-        }
-        hasFailed = AllocationFault::hasOccurred();
-      }
-      if (!hasFailed) return number - 1;
-      EXPECT_TRUE(isRaised) << "failed unnoticed";
+      const AllocationAttempt attempt = attemptWithout(number, operation);
+      if (!attempt.hasOccurred) return number - 1;
+      EXPECT_TRUE(attempt.isRefused) << "failed unnoticed";
       EXPECT_FALSE(AdapterRegistryV2::getInstance().getModel().impl()->hasOpenTransaction());
       EXPECT_FALSE(AdapterCacheV2::getInstance().getModel().impl()->hasOpenTransaction());
       EXPECT_FALSE(model.impl()->hasOpenTransaction());

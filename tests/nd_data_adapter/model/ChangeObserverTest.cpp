@@ -185,6 +185,65 @@ TEST(ChangeObserver, MayLetTheLastHandleToTheModelGo) {
   EXPECT_FALSE(tuple.isAlive());
 }
 
+/// Expect that a model whose last handle an observer drops ends behind the notice: those who are told later
+/// find it whole, and nobody is told of its end.
+void expectEndBehindTheNotice(const std::function<void(const Model&, const ChangeTuple&)>& step) {
+  Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model), bystander = ChangeTuple::create(model);
+  Step drop([&](const ChangeSet&) { model = Model(); });
+  int told = 0;
+  Step after([&](const ChangeSet& changes) {
+    ++told;
+    EXPECT_TRUE(changes.model().isAlive());
+    EXPECT_TRUE(bystander.isAlive());
+  });
+  model.impl()->addObserver(drop);
+  model.impl()->addObserver(after);
+  step(model, tuple);
+  EXPECT_EQ(told, 1);
+  EXPECT_FALSE(bystander.isAlive());
+}
+
+TEST(ChangeObserver, MayLetTheLastHandleToTheModelGoWhateverItIsToldOf) {
+  expectEndBehindTheNotice([](const Model& model, const ChangeTuple&) { ChangeTuple::create(model); });
+  expectEndBehindTheNotice([](const Model&, const ChangeTuple& tuple) { tuple.setId(u"a"); });
+  expectEndBehindTheNotice([](const Model&, const ChangeTuple& tuple) { tuple.destroy(); });
+  expectEndBehindTheNotice([](const Model& model, const ChangeTuple& tuple) {
+    Transaction transaction = begin(model);
+    tuple.setId(u"a");
+    transaction.commit();
+  });
+}
+
+TEST(ChangeObserver, MayKeepTheModelOfTheNoticeWhenTheLastOtherHandleHasGone) {
+  Model model = Model::create(), kept;
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  Step drop([&](const ChangeSet& changes) {
+    model = Model();
+    kept = changes.model();
+  });
+  model.impl()->addObserver(drop);
+  tuple.setId(u"a");
+  EXPECT_TRUE(tuple.isAlive());
+  kept.impl()->removeObserver(drop);
+  kept = Model();
+  EXPECT_FALSE(tuple.isAlive());
+}
+
+TEST(ChangeObserver, IsToldNoMoreOnceAnEarlierOneHasDestroyedTheModel) {
+  const Model model = Model::create();
+  const ChangeTuple tuple = ChangeTuple::create(model);
+  Step destroy([&](const ChangeSet&) { model.destroy(); });
+  int told = 0;
+  Step late([&](const ChangeSet&) { ++told; });
+  Step add([&](const ChangeSet&) { model.impl()->addObserver(late); });
+  model.impl()->addObserver(add);
+  model.impl()->addObserver(destroy);
+  tuple.setId(u"a");
+  EXPECT_FALSE(tuple.isAlive());
+  EXPECT_EQ(told, 0);
+}
+
 /// Expect that what an observer lets go of during a notice has gone once the step that is told has ended.
 void expectLetGo(const std::function<void(const Model&)>& step) {
   const Model model = Model::create();

@@ -1,6 +1,7 @@
 #include "tests/nd_data_adapter/model/ModelTest.h"
 
 using namespace model_test;
+using lxb::messages::CannotModifyProxy;
 using lxb::messages::InvalidValue;
 using testing::StartsWith;
 
@@ -13,6 +14,14 @@ std::string gone(const std::string& subject) {
 
 std::string null(const std::string& subject) {
   return "InvalidValue(" + subject + "; the handle is null; give it an element first.)";
+}
+
+std::string frozen(const std::string& subject) {
+  return "InvalidValue(" + subject + "; the element's model is frozen; thaw it first.)";
+}
+
+std::string proxied(const std::string& subject) {
+  return "CannotModifyProxy(" + subject + ")";
 }
 
 TEST(Create, GivesALivingElementWithItsDefaults) {
@@ -282,13 +291,10 @@ TEST(FrozenModel, RefusesEveryMutatorAndLeavesEverythingAsItWas) {
   auto& changes = report.getChangesMutable();
   const std::string before = stateOf(model);
   Model::Freezer::freeze(model);
-  const std::string frozen = "the element's model is frozen; thaw it first.)";
-  EXPECT_EQ(raised<InvalidValue>([&] { tuple.setId(u"b"); }),
-            "InvalidValue(nd.data.adapter.ChangeTuple.id; " + frozen);
-  EXPECT_EQ(raised<InvalidValue>([&] { changes.clear(); }),
-            "InvalidValue(nd.data.adapter.ChangeReport.changes; " + frozen);
+  EXPECT_EQ(raised<InvalidValue>([&] { tuple.setId(u"b"); }), frozen("nd.data.adapter.ChangeTuple.id"));
+  EXPECT_EQ(raised<InvalidValue>([&] { changes.clear(); }), frozen("nd.data.adapter.ChangeReport.changes"));
   EXPECT_EQ(raised<InvalidValue>([&] { container.getMetaDataCacheMutable(); }),
-            "InvalidValue(nd.data.adapter.DataContainer.MetaDataCache; " + frozen);
+            frozen("nd.data.adapter.DataContainer.MetaDataCache"));
   EXPECT_THAT(raised<InvalidValue>([&] { tuple.destroy(); }),
               StartsWith("InvalidValue(Model.beginTransaction; "));
   EXPECT_TRUE(tuple.isAlive());
@@ -303,6 +309,49 @@ TEST(FrozenModel, GivesAnElementItsIdentity) {
   const ChangeTuple tuple = ChangeTuple::create(model);
   Model::Freezer::freeze(model);
   EXPECT_FALSE(tuple.identifier().is_nil());
+}
+
+/// Makes children in a report and in an entry of a model to which something was done, so that they refuse it
+/// by a message of class M, said of their properties. That neither begins a transaction nor makes anything,
+/// and leaves the builder without a model, or with the one that it has.
+template <class M>
+void expectNoChildren(void (*act)(const Model& model), std::string (*refusal)(const std::string& subject)) {
+  const Model model = Model::create();
+  const ChangeReport report = ChangeReport::create(model);
+  const MetaDataEntry entry = MetaDataEntry::create(model);
+  act(model);
+  const std::uint64_t begun = transactions(model);
+  const std::size_t elements = model.impl()->numberOfElements();
+  for (const Model& own : {Model(), Model::create()}) {
+    ChangeTuple::BuilderWrapper wrapper{ChangeTuple::Builder()};
+    wrapper.setModel(own);
+    EXPECT_EQ(raised<M>([&] { report.createIntoChanges(wrapper); }),
+              refusal("nd.data.adapter.ChangeReport.changes"));
+    EXPECT_EQ(wrapper.builder()->getModel(), own);
+    EXPECT_EQ(raised<M>([&] { entry.createIntoValue(wrapper); }),
+              refusal("nd.data.adapter.MetaDataEntry.value"));
+    EXPECT_EQ(wrapper.builder()->getModel(), own);
+  }
+  EXPECT_EQ(transactions(model), begun);
+  EXPECT_EQ(model.impl()->numberOfElements(), elements);
+}
+
+TEST(Proxy, RefusesToMakeChildren) {
+  const auto makeProxies = [](const Model& model) {
+    for (const ModelElement& each : model.impl()->elements()) each.impl()->convertToProxy();
+  };
+  expectNoChildren<CannotModifyProxy>(makeProxies, proxied);
+}
+
+TEST(DeadElement, RefusesToMakeChildren) {
+  const auto destroyAll = [](const Model& model) {
+    for (const ModelElement& each : model.impl()->elements()) each.destroy();
+  };
+  expectNoChildren<InvalidValue>(destroyAll, gone);
+}
+
+TEST(FrozenElement, RefusesToMakeChildren) {
+  expectNoChildren<InvalidValue>(Model::Freezer::freeze, frozen);
 }
 
 }  // namespace

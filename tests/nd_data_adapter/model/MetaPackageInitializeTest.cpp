@@ -1,12 +1,10 @@
-#include <chrono>
-#include <cstdlib>
+#include <mutex>
 #include <thread>
-
-#include <unistd.h>
 
 #include "nd_data_adapter/model/MetaPackageNd_data_adapter.h"
 #include "platform/foundation/meta/MetaRegistry.h"
 #include "tests/nd_data_adapter/model/ModelTest.h"
+#include "tests/platform/foundation/askBesideAnotherThread.h"
 
 using namespace model_test;
 using namespace lx::base::meta;
@@ -17,25 +15,9 @@ std::size_t numberOfMetaElements() {
   return MetaRegistry::getInstance().model().impl()->numberOfElements();
 }
 
-/// Holds the registry's mutex and asks, while another thread has come to ask, too. Ends the process, which is
-/// to be one where nobody has asked yet; the alarm ends one that hangs.
-[[noreturn]] void askBesideAnotherThread() {
-  alarm(30);
-  std::thread other;
-  bool isThere = false;
-  {
-    const std::scoped_lock lock(MetaRegistry::getInstance().mutex());
-    other = std::thread([] { static_cast<void>(ChangeTuple::metaClass()); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    isThere = ChangeTuple::metaClass().isAlive();
-  }
-  other.join();
-  std::_Exit(isThere ? 0 : 1);
-}
-
 TEST(MetaPackageInitializeDeathTest, IsDoneByWhoHoldsTheRegistrysMutexWhileAnotherThreadAsksForAClass) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(askBesideAnotherThread(), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(askBesideAnotherThread(&ChangeTuple::metaClass), testing::ExitedWithCode(0), "");
 }
 
 TEST(MetaPackageInitialize, LeavesTheMetaModelFrozen) {

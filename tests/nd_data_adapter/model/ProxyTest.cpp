@@ -4,7 +4,6 @@
 
 using namespace model_test;
 using lxb::messages::CannotModifyProxy;
-using lxb::messages::InvalidValue;
 
 namespace {
 
@@ -131,58 +130,6 @@ TEST(Proxy, RefusesTheRemovalOfWhatItsCollectionDoesNotHold) {
             refused("DataContainer.MetaDataCache"));
   EXPECT_TRUE(tuple.isAlive());
   EXPECT_TRUE(entry.isAlive());
-}
-
-/// Makes children in a report and in an entry, which refuse it by a message of class M. That neither begins a
-/// transaction nor makes anything, and leaves the builder without a model, or with the one that it has.
-template <class M>
-void expectNoChildren(const Model& model, const ChangeReport& report, const MetaDataEntry& entry,
-                      const std::string& ofReport, const std::string& ofEntry) {
-  const std::uint64_t begun = transactions(model);
-  const std::size_t elements = model.impl()->numberOfElements();
-  for (const Model& own : {Model(), Model::create()}) {
-    ChangeTuple::BuilderWrapper wrapper{ChangeTuple::Builder()};
-    wrapper.setModel(own);
-    EXPECT_EQ(raised<M>([&] { report.createIntoChanges(wrapper); }), ofReport);
-    EXPECT_EQ(wrapper.builder()->getModel(), own);
-    EXPECT_EQ(raised<M>([&] { entry.createIntoValue(wrapper); }), ofEntry);
-    EXPECT_EQ(wrapper.builder()->getModel(), own);
-  }
-  EXPECT_EQ(transactions(model), begun);
-  EXPECT_EQ(model.impl()->numberOfElements(), elements);
-}
-
-TEST(Proxy, RefusesToMakeChildren) {
-  const Model model = Model::create();
-  const ChangeReport report = ChangeReport::create(model);
-  const MetaDataEntry entry = MetaDataEntry::create(model);
-  report.impl()->convertToProxy();
-  entry.impl()->convertToProxy();
-  expectNoChildren<CannotModifyProxy>(model, report, entry, refused("ChangeReport.changes"),
-                                      refused("MetaDataEntry.value"));
-}
-
-TEST(DeadElement, RefusesToMakeChildren) {
-  const Model model = Model::create();
-  const ChangeReport report = ChangeReport::create(model);
-  const MetaDataEntry entry = MetaDataEntry::create(model);
-  report.destroy();
-  entry.destroy();
-  const std::string cure = "; the element was destroyed; create another one.)";
-  expectNoChildren<InvalidValue>(model, report, entry,
-                                 "InvalidValue(nd.data.adapter.ChangeReport.changes" + cure,
-                                 "InvalidValue(nd.data.adapter.MetaDataEntry.value" + cure);
-}
-
-TEST(FrozenElement, RefusesToMakeChildren) {
-  const Model model = Model::create();
-  const ChangeReport report = ChangeReport::create(model);
-  const MetaDataEntry entry = MetaDataEntry::create(model);
-  Model::Freezer::freeze(model);
-  const std::string cure = "; the element's model is frozen; thaw it first.)";
-  expectNoChildren<InvalidValue>(model, report, entry,
-                                 "InvalidValue(nd.data.adapter.ChangeReport.changes" + cure,
-                                 "InvalidValue(nd.data.adapter.MetaDataEntry.value" + cure);
 }
 
 TEST(BuilderOfAChild, IsGivenTheModelOfTheElementThatTakesTheChild) {

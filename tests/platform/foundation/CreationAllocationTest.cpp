@@ -1,4 +1,3 @@
-#include <functional>
 #include <memory>
 #include <new>
 #include <optional>
@@ -12,13 +11,13 @@
 #include "platform/foundation/SaturatedBloomFilter.h"
 #include "platform/foundation/meta/MetaImpl.h"
 #include "tests/platform/foundation/Probing.h"
-#include "tests/support/AllocationFault.h"
+#include "tests/support/AllocationWalk.h"
 
+using namespace allocation_test;
 using namespace probing;
 using lx::base::AbstractOwnedCollection;
 using lx::base::SaturatedBloomFilter;
 using lx::base::query::find;
-using Extent = AllocationFault::Extent;
 
 namespace {
 
@@ -26,7 +25,7 @@ constexpr const char16_t* Long = u"a text that is long enough to have memory of 
 constexpr const char16_t* Longer = u"another text that is long enough to have memory of its own";
 
 /// Counts what it is told, and keeps the label, as far as memory goes.
-class Reader final : public lx::base::ChangeObserver {
+class LabelReader final : public lx::base::ChangeObserver {
  public:
   void changed(const lx::base::ChangeSet& changes) noexcept override {
     ++notices;
@@ -45,7 +44,9 @@ class Reader final : public lx::base::ChangeObserver {
 
 /// A model that is always the same, and what operations on it give.
 struct World {
-  World() {
+  static constexpr bool isReproducible = false;  // elements stand for themselves
+
+  explicit World(bool isObserved) {
     for (const char16_t* name : {u"a", Long, u"c"}) things.push_back(thing(model, name));
     machine.setName(Long);
     named = Thing::create(model, identity(1));
@@ -53,6 +54,7 @@ struct World {
     containers.getRowMutable().add(contained);
     containers.getByNameMutable().add(things[0]);
     holder.getRowMutable().add(things[1]);
+    if (isObserved) model.impl()->addObserver(reader);
   }
 
   std::string state() const { return stateOf(model); }
@@ -76,7 +78,7 @@ struct World {
     return typed != nullptr && typed->empty() && &typed->owner() == owner.impl();
   }
 
-  Reader reader, added;  // these outlive the model
+  LabelReader reader, added;  // these outlive the model
   Model model = Model::create();
   Containers containers = Containers::create(model);
   References holder = References::create(model);
@@ -95,11 +97,7 @@ struct World {
   bool isRefused = false;
 };
 
-struct Operation {
-  const char* name;
-  std::function<void(World&)> run;
-  std::function<bool(World&)> holds;  // asked when it has run
-};
+using Operation = OperationOn<World>;
 
 using Row = lx::base::ElementSequence<Thing>;
 using Map = lx::base::ElementMap<std::u16string, Thing>;
@@ -258,100 +256,33 @@ const std::vector<Operation>& operations() {
   return all;
 }
 
-/// In what an operation is done: by itself, watched, within an open transaction that has changed something.
-enum class Frame { Bare, Observed, Within };
-
-/// A world in which an operation is done whose n-th allocation fails. False if it asked for less.
-bool tryWithout(std::size_t number, Extent extent, const Operation& operation, Frame frame) {
-  World world;
-  if (frame == Frame::Observed) world.model.impl()->addObserver(world.reader);
-  const std::string outermost = world.state();
-  std::optional<Transaction> outer;
-  if (frame == Frame::Within) {
-    outer.emplace(begin(world.model));
-    world.touch();
-  }
-  const std::string before = world.state();
-  bool isRefused = false, hasOccurred = false;
-  {
-    const AllocationFault fault(number, extent);
-    try {
-      operation.run(world);
-    } catch (const std::bad_alloc&) {
-      isRefused = true;
-    }
-    hasOccurred = AllocationFault::hasOccurred();
-  }
-  EXPECT_EQ(world.model.impl()->hasOpenTransaction(), outer.has_value());
-  if (isRefused) {
-    EXPECT_EQ(world.state(), before) << "is half done";
-    const Model::Thawer thawed = Model::Freezer::thaw(world.model);
-    operation.run(world);
-  }
-  EXPECT_TRUE(operation.holds(world)) << (isRefused ? "the second time" : "the first time");
-  if (!outer) return hasOccurred;
-  const std::size_t asked = AllocationFault::requests();
-  outer.reset();
-  EXPECT_EQ(AllocationFault::requests(), asked) << "the rollback allocates";
-  EXPECT_EQ(world.state(), outermost);
-  return hasOccurred;
-}
-
 TEST(FailingAllocations, LeaveModelsAndQuestionsWhole) {
-  constexpr std::size_t Bound = 500;
-  for (const Operation& operation : operations()) {
-    for (const Frame frame : {Frame::Bare, Frame::Observed, Frame::Within}) {
-      for (const Extent extent : {Extent::Alone, Extent::WithAllThatFollow}) {
-        tryWithout(0, extent, operation, frame);  // so that what is made once for all is there
-        std::size_t number = 1;
-        for (bool goesOn = true; goesOn && number < Bound; ++number) {
-          SCOPED_TRACE(std::string(operation.name) + ", frame " + std::to_string(static_cast<int>(frame)) +
-                       ", allocation " + std::to_string(number) + (extent == Extent::Alone ? "" : " on"));
-          const std::size_t live = AllocationFault::live();
-          goesOn = tryWithout(number, extent, operation, frame);
-          if (HasFailure()) return;
-          EXPECT_EQ(AllocationFault::live(), live) << "memory leaks";
-        }
-        EXPECT_LT(number, Bound) << operation.name << " has no end";
-      }
-    }
-  }
+  expectSoundness(operations(), {Frame::Bare, Frame::Observed, Frame::WithinSaved});
 }
 
 TEST(FailingAllocations, TellALabelWholeOrNotAtAll) {
-  constexpr std::size_t Bound = 500;
-  std::size_t number = 1, refused = 0;
-  for (bool goesOn = true; goesOn && number < Bound; ++number) {
-    SCOPED_TRACE("allocation " + std::to_string(number));
-    World world;
-    world.model.impl()->addObserver(world.reader);
-    bool isRefused = false;
-    {
-      const AllocationFault fault(number);
-      try {
-        Transaction transaction = begin(world.model);
-        world.things[2].setName(Longer);
-        transaction.commit(Value(std::u16string(Long)));
-      } catch (const std::bad_alloc&) {
-        isRefused = true;
-        ++refused;
-      }
-      goesOn = AllocationFault::hasOccurred();
-    }
-    EXPECT_EQ(world.reader.notices, isRefused ? 0 : 1);
-    EXPECT_EQ(world.things[2].name(), isRefused ? u"c" : Longer);
-    if (!goesOn) {
+  std::size_t refused = 0;
+  failInTurn(Extent::Alone, [&](std::size_t number) {
+    const World world(true);
+    const AllocationAttempt attempt = attemptWithout(number, [&] {
+      Transaction transaction = begin(world.model);
+      world.things[2].setName(Longer);
+      transaction.commit(Value(std::u16string(Long)));
+    });
+    if (attempt.isRefused) ++refused;
+    EXPECT_EQ(world.reader.notices, attempt.isRefused ? 0 : 1);
+    EXPECT_EQ(world.things[2].name(), attempt.isRefused ? u"c" : Longer);
+    if (!attempt.hasOccurred) {
       EXPECT_EQ(world.reader.label.as<std::u16string>(), Long);
       EXPECT_EQ(world.reader.properties, std::vector<unsigned>{Thing::Impl::NameIndex});
     }
-    if (HasFailure()) return;
-  }
-  EXPECT_LT(number, Bound);
+    return attempt.hasOccurred;
+  });
   EXPECT_GT(refused, 0U);
 }
 
 TEST(FailingAllocations, AreNoneWhereNothingIsAskedFor) {
-  World world;
+  World world(false);
   world.model.impl()->findElement(identity(1));
   const std::size_t asked = AllocationFault::requests();
   const ModelElement found = world.model.impl()->findElement(identity(1));

@@ -278,10 +278,12 @@ TEST_F(Freeze, RefusesANullOrDeadModel) {
   freeze();
   model.destroy();
   for (const Model& each : {Model(), model}) {
-    EXPECT_EQ(raised<InvalidValue>([&] { Model::Freezer::freeze(each); }),
-              "InvalidValue(Model.Freezer.freeze; the model is null or was destroyed.)");
-    EXPECT_EQ(raised<InvalidValue>([&] { static_cast<void>(Model::Freezer::thaw(each)); }),
-              "InvalidValue(Model.Freezer.thaw; the model is null or was destroyed.)");
+    EXPECT_EQ(
+        raised<InvalidValue>([&] { Model::Freezer::freeze(each); }),
+        "InvalidValue(Model.Freezer.freeze; the model is null or was destroyed; give one that is alive.)");
+    EXPECT_EQ(
+        raised<InvalidValue>([&] { static_cast<void>(Model::Freezer::thaw(each)); }),
+        "InvalidValue(Model.Freezer.thaw; the model is null or was destroyed; give one that is alive.)");
   }
 }
 

@@ -1,15 +1,13 @@
 // Changes of the registry in which an allocation fails.
-#include <new>
-#include <optional>
-
 #include <gmock/gmock.h>
 
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/meta/MetaRegistry.h"
-#include "tests/support/AllocationFault.h"
+#include "tests/support/AllocationWalk.h"
 #include "tests/support/model/MetaPackageProbe.h"
 #include "tests/support/model/Robot.h"
 
+using namespace allocation_test;
 using lx::base::Model;
 using lx::base::ModelElement;
 using lx::base::meta::Class;
@@ -21,7 +19,6 @@ using lx::base::meta::PropertySerializerRegistry;
 using lx::base::meta::Type;
 using probe::MetaPackageProbe;
 using probe::inner::Robot;
-using Extent = AllocationFault::Extent;
 
 namespace {
 
@@ -57,20 +54,6 @@ struct State {
   bool operator==(const State&) const = default;
 };
 
-/// Runs a step whose n-th allocation fails. Gives whether it was refused; nothing if it asked for less.
-template <class F>
-std::optional<bool> isRefusedWithout(std::size_t number, Extent extent, F step) {
-  const AllocationFault fault(number, extent);
-  bool isRefused = false;
-  try {
-    step();
-  } catch (const std::bad_alloc&) {
-    isRefused = true;
-  }
-  if (!AllocationFault::hasOccurred()) return std::nullopt;
-  return isRefused;
-}
-
 /// The number after this one of the allocations that are let fail: of the first every one, later on fewer.
 std::size_t next(std::size_t number) {
   return number + 1 + number / 64;
@@ -83,21 +66,20 @@ void initialize() {
 TEST(FailingAllocations, LeaveTheRegistryAsItWasBeforeAMetaPackageWasInitializedAgain) {
   initialize();  // so that what is made once for all is there
   for (const Extent extent : {Extent::Alone, Extent::WithAllThatFollow}) {
-    isRefusedWithout(1000, extent, initialize);  // likewise
-    std::size_t number = 1, refused = 0;
-    for (bool goesOn = true; goesOn && number < Bound; number = next(number)) {
-      SCOPED_TRACE("allocation " + std::to_string(number) + (extent == Extent::Alone ? "" : " on"));
+    attemptWithout(1000, initialize, extent);  // likewise
+    std::size_t refused = 0;
+    const auto attempt = [&](std::size_t number) {
       const State before;
       const std::size_t live = AllocationFault::live();
-      const std::optional<bool> isRefused = isRefusedWithout(number, extent, initialize);
-      goesOn = isRefused.has_value();
-      if (!isRefused.value_or(false)) continue;
+      const auto [isRefused, hasOccurred] = attemptWithout(number, initialize, extent);
+      if (!isRefused) return hasOccurred;
       ++refused;
       EXPECT_EQ(AllocationFault::live(), live) << "memory leaks";
       EXPECT_TRUE(State() == before) << "is half done";
-      if (HasFailure()) return;
-    }
-    EXPECT_LT(number, Bound) << "it has no end";
+      return hasOccurred;
+    };
+    failInTurn(extent, attempt, Bound, next);
+    if (HasFailure()) return;
     EXPECT_GT(refused, 200U);
     EXPECT_TRUE(Robot::metaClass().isAlive());
   }
@@ -111,23 +93,21 @@ TEST(FailingAllocations, LeaveNoHalfMadeModelToARegistryThatHadLostItsOwn) {
   for (const Extent extent : {Extent::Alone, Extent::WithAllThatFollow}) {
     registry().model().destroy();
     const Type former = registry().findType(u"String");
-    bool goesOn = true;
-    std::size_t number = 1, refused = 0;
-    for (; goesOn && number < Bound; ++number) {
-      SCOPED_TRACE("allocation " + std::to_string(number) + (extent == Extent::Alone ? "" : " on"));
-      const auto update = [] { MetaRegistry::Update(registry()).commit(); };
-      const std::optional<bool> isRefused = isRefusedWithout(number, extent, update);
-      goesOn = isRefused.has_value();
-      if (!isRefused.value_or(false)) continue;
+    std::size_t refused = 0;
+    const auto attempt = [&](std::size_t number) {
+      const auto [isRefused, hasOccurred] = attemptWithout(
+          number, [] { MetaRegistry::Update(registry()).commit(); }, extent);
+      if (!isRefused) return hasOccurred;
       ++refused;
       const Type present = registry().findType(u"String");
       EXPECT_EQ(registry().model().isAlive(), present.isAlive());
       EXPECT_EQ(registry().model().isAlive(), !(present == former));
       EXPECT_EQ(registry().findRootPackage(u"lx").isAlive(), present.isAlive());
       EXPECT_TRUE(!registry().model().isAlive() || registry().model().impl()->isFrozen());
-      if (HasFailure()) return;
-    }
-    EXPECT_LT(number, Bound) << "it has no end";
+      return hasOccurred;
+    };
+    failInTurn(extent, attempt, Bound);
+    if (HasFailure()) return;
     EXPECT_GT(refused, 50U);
     EXPECT_EQ(ModelElement::metaClass().getUuid(), ModelElement::Uuid());
     EXPECT_FALSE(registry().findType(u"probe.Thing"));

@@ -1,15 +1,10 @@
-#include <chrono>
-#include <cstdlib>
-#include <thread>
-
-#include <unistd.h>
-
 #include "platform/foundation/Cast.h"
 #include "platform/foundation/messages.h"
 #include "platform/foundation/meta/Access.h"
 #include "platform/foundation/meta/MetaRegistry.h"
 #include "platform/foundation/meta/StandardTypes.h"
 #include "platform/host/Array.h"
+#include "tests/platform/foundation/askBesideAnotherThread.h"
 #include "tests/platform/foundation/raised.h"
 #include "tests/support/model/MetaPackageProbe.h"
 #include "tests/support/model/Optionals.h"
@@ -51,25 +46,9 @@ TEST(StandardTypes, AreKeptOnceLookedUp) {
   EXPECT_EQ(&StandardTypes::stdString(), &StandardTypes::stdString());
 }
 
-/// Holds the registry's mutex and asks, while another thread has come to ask, too. Ends the process, which is
-/// to be one where nobody has asked yet; the alarm ends one that hangs.
-[[noreturn]] void askBesideAnotherThread() {
-  alarm(30);
-  std::thread other;
-  bool isThere = false;
-  {
-    const std::scoped_lock lock(MetaRegistry::getInstance().mutex());
-    other = std::thread([] { static_cast<void>(StandardTypes::string()); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    isThere = StandardTypes::string().isAlive();
-  }
-  other.join();
-  std::_Exit(isThere ? 0 : 1);
-}
-
 TEST(StandardTypesDeathTest, AreLookedUpByWhoHoldsTheRegistrysMutexWhileAnotherThreadAsks) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(askBesideAnotherThread(), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(askBesideAnotherThread(&StandardTypes::string), testing::ExitedWithCode(0), "");
 }
 
 TEST(StandardTypes, AreTheTypesOfProperties) {

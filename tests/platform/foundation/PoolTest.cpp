@@ -1,9 +1,7 @@
 // Which blocks the pool keeps and where the others go. A program of its own, because it replaces the operator
 // new to count.
 
-#include <atomic>
 #include <cstdint>
-#include <cstdlib>
 #include <new>
 #include <thread>
 #include <utility>
@@ -13,6 +11,7 @@
 
 #include "platform/foundation/ModelImpl.h"
 #include "platform/foundation/Pool.h"
+#include "tests/support/AllocationFault.h"
 #include "tests/support/model/Thing.h"
 
 using lx::base::Model;
@@ -26,25 +25,23 @@ using probe::Thing;
 
 namespace {
 
-std::atomic<std::size_t> asked = 0;
-std::atomic<std::size_t> released = 0;
-
-std::size_t live() {
-  return asked - released;
+/// Count the blocks that were not given back yet, also such as a pool keeps.
+std::size_t taken() {
+  return AllocationFault::requests() - AllocationFault::releases();
 }
 
 /// Free a block and tell whether it went to the operator delete.
 bool isReleased(void* block, std::size_t size) {
-  const std::size_t before = released;
+  const std::size_t before = AllocationFault::releases();
   freeBlock(block, size);
-  return released != before;
+  return AllocationFault::releases() != before;
 }
 
 /// Allocate a block and tell whether it came from the operator new. Frees it again.
 bool isAskedFor(std::size_t size) {
-  const std::size_t before = asked;
+  const std::size_t before = AllocationFault::requests();
   void* const block = allocateBlock(size);
-  const bool result = asked != before;
+  const bool result = AllocationFault::requests() != before;
   freeBlock(block, size);
   return result;
 }
@@ -74,9 +71,9 @@ class PoolTest : public testing::Test {
   /// number of allocations that are left.
   template <class Step>
   static std::size_t leftBy(Step step) {
-    const std::size_t before = live();
+    const std::size_t before = taken();
     std::thread(step).join();
-    return live() - before;
+    return taken() - before;
   }
 };
 
@@ -159,9 +156,9 @@ TEST_F(PoolTest, KeepsNothingFromWhenItIsToldSoUntilItIsToldOtherwise) {
   bool isKeptAfter = false;
   const std::size_t left = leftBy([&] {
     isKeptBefore = !isReleased(allocateBlock(120), 120) && !isReleased(allocateBlock(200), 200);
-    const std::size_t before = released;
+    const std::size_t before = AllocationFault::releases();
     keepFreedBlocks(false);
-    givenBack = released - before;
+    givenBack = AllocationFault::releases() - before;
     isReleasedMeanwhile = !keepsFreedBlocks() && isReleased(allocateBlock(120), 120);
     keepFreedBlocks(true);
     isKeptAfter = keepsFreedBlocks() && !isReleased(allocateBlock(120), 120);
@@ -268,27 +265,3 @@ TEST_F(PoolTest, GivesBackWhatIsFreedByAThreadThatFreesNothingBeforeItEnds) {
 }
 
 }  // namespace
-
-// Not inlined: a compiler that sees malloc behind one and not free behind the other takes them for a mistake.
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-  void* const memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  ++asked;
-  return memory;
-}
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  void* const memory = std::malloc(size == 0 ? 1 : size);
-  if (memory != nullptr) ++asked;
-  return memory;
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-  if (memory != nullptr) ++released;
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-  operator delete(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept {
-  operator delete(memory);
-}

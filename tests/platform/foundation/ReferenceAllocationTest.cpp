@@ -1,39 +1,25 @@
-#include <functional>
-#include <new>
-#include <optional>
+#include <gtest/gtest.h>
 
-#include <gmock/gmock.h>
-
-#include "platform/foundation/ChangeObserver.h"
 #include "tests/platform/foundation/Probing.h"
-#include "tests/support/AllocationFault.h"
+#include "tests/support/AllocationWalk.h"
 #include "tests/support/model/Branch.h"
 #include "tests/support/model/Leaf.h"
 #include "tests/support/model/Sets.h"
 
+using namespace allocation_test;
 using namespace probing;
 using lx::base::createProxy;
 using probe::Branch;
 using probe::Leaf;
 using probe::Sets;
-using Extent = AllocationFault::Extent;
 
 namespace {
 
-/// Reads every change set, as far as memory goes.
-class Reader final : public lx::base::ChangeObserver {
- public:
-  void changed(const lx::base::ChangeSet& changes) noexcept override {
-    try {
-      static_cast<void>(changes.changes());
-    } catch (const std::bad_alloc&) {
-    }
-  }
-};
-
 /// A model with references of every kind, and proxies wherever they can be; always the same.
 struct World {
-  World() {
+  static constexpr bool isReproducible = false;  // elements stand for themselves
+
+  explicit World(bool isObserved) {
     for (const char16_t* name : {u"a", u"b", u"c", u"d", u"e"}) things.push_back(thing(model, name));
     proxy = createProxy<Thing>(model, identity(1));
     rowProxy = createProxy<Thing>(model, identity(2));
@@ -58,6 +44,7 @@ struct World {
     holder.getRowMutable().add(things[4]);
     second.setOne(things[4]);
     sets.getTextsMutable().assign(std::vector<std::u16string>{Long, u"b"});
+    if (isObserved) model.impl()->addObserver(reader);
   }
 
   /// Change something of all elements that have references, in the open transaction.
@@ -85,6 +72,7 @@ struct World {
 
   static constexpr const char16_t* Long = u"a text that is long enough to have memory of its own";
 
+  Reader reader;  // outlives the model
   Model model = Model::create();
   References holder = References::create(model);
   References second = References::create(model);  // refers later than the first to what both refer to
@@ -94,10 +82,7 @@ struct World {
   Thing proxy, rowProxy, keyProxy, loaded;  // the first in no container, its element too
 };
 
-struct Operation {
-  const char* name;
-  std::function<void(const World&)> run;
-};
+using Operation = OperationOn<const World>;
 
 const std::vector<Operation>& operations() {
   static const std::vector<Operation> all{
@@ -181,69 +166,8 @@ const std::vector<Operation>& operations() {
   return all;
 }
 
-/// In what an operation is done: its own transaction, watched, within an open one, within one that has
-/// changed everything, within one of its own in that.
-enum class Frame { Bare, Observed, Within, WithinSaved, WithinInner };
-
-/// A world in which an operation is done whose n-th allocation fails. False if it asked for less.
-bool tryWithout(std::size_t number, Extent extent, const Operation& operation, Frame frame) {
-  const World world;
-  Reader reader;
-  if (frame == Frame::Observed) world.model.impl()->addObserver(reader);
-  const std::string outermost = world.state();
-  std::optional<Transaction> outer;
-  if (frame >= Frame::Within) outer.emplace(begin(world.model));
-  if (frame >= Frame::WithinSaved) world.touch();
-  const std::string before = world.state();
-  const auto run = [&] {
-    if (frame != Frame::WithinInner) return operation.run(world);
-    Transaction inner = begin(world.model);
-    operation.run(world);
-    inner.commit();
-  };
-  bool isRefused = false, hasOccurred = false;
-  {
-    const AllocationFault fault(number, extent);
-    try {
-      run();
-    } catch (const std::bad_alloc&) {
-      isRefused = true;
-    }
-    hasOccurred = AllocationFault::hasOccurred();
-  }
-  EXPECT_EQ(world.model.impl()->hasOpenTransaction(), outer.has_value());
-  if (isRefused) {
-    EXPECT_EQ(world.state(), before) << "is half done";
-    run();
-  }
-  if (!outer) return hasOccurred;
-  const std::size_t asked = AllocationFault::requests();
-  outer.reset();
-  EXPECT_EQ(AllocationFault::requests(), asked) << "the rollback allocates";
-  EXPECT_EQ(world.state(), outermost);
-  return hasOccurred;
-}
-
 TEST(FailingAllocations, LeaveReferencesAndProxiesWhole) {
-  constexpr std::size_t Bound = 2000;
-  for (const Operation& operation : operations()) {
-    for (const Frame frame :
-         {Frame::Bare, Frame::Observed, Frame::Within, Frame::WithinSaved, Frame::WithinInner}) {
-      for (const Extent extent : {Extent::Alone, Extent::WithAllThatFollow}) {
-        tryWithout(0, extent, operation, frame);  // so that what is made once for all is there
-        std::size_t number = 1;
-        for (bool goesOn = true; goesOn && number < Bound; ++number) {
-          SCOPED_TRACE(std::string(operation.name) + ", frame " + std::to_string(static_cast<int>(frame)) +
-                       ", allocation " + std::to_string(number) + (extent == Extent::Alone ? "" : " on"));
-          const std::size_t live = AllocationFault::live();
-          goesOn = tryWithout(number, extent, operation, frame);
-          if (HasFailure()) return;
-          EXPECT_EQ(AllocationFault::live(), live) << "memory leaks";
-        }
-        EXPECT_LT(number, Bound) << operation.name << " has no end";
-      }
-    }
-  }
+  expectSoundness(operations());
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -15,6 +14,7 @@
 #include "platform/foundation/Value.h"
 #include "platform/foundation/messages.h"
 #include "platform/foundation/meta/MetaImpl.h"
+#include "tests/platform/foundation/Throwing.h"
 #include "tests/platform/foundation/raised.h"
 
 using lx::base::Model;
@@ -228,18 +228,6 @@ TEST(Value, LeavesTheContentAloneWhenCopyingItThrows) {
   EXPECT_EQ(target.as<std::u16string>(), u"kept");
 }
 
-/// Throws from its destructor when it is told to.
-struct Throwing {
-  static inline bool throws = false;
-  Throwing() = default;
-  Throwing(const Throwing&) = default;
-  Throwing& operator=(const Throwing&) = default;
-  ~Throwing() noexcept(false) {  // NOLINT(bugprone-exception-escape): this is what is tested
-    if (throws) throw std::length_error("thrown by a destructor");
-  }
-  friend bool operator==(const Throwing&, const Throwing&) { return true; }
-};
-
 TEST(Value, CarriesWhatMightThrowFromItsDestructor) {
   Value value{Throwing()};
   const Value copy(value);
@@ -248,18 +236,8 @@ TEST(Value, CarriesWhatMightThrowFromItsDestructor) {
   EXPECT_TRUE(copy.is<Throwing>());
 }
 
-/// Run a step, and end the program well if it lets an exception pass.
-template <class Step>
-void endWellAtAnException(Step step) {
-  try {
-    step();
-  } catch (...) {
-    std::_Exit(0);
-  }
-}
-
 TEST(ValueDeathTest, EndsTheProgramWhenItEndsAndTheDestructorOfItsContentThrows) {
-  EXPECT_DEATH(endWellAtAnException([] {
+  EXPECT_DEATH(endWellBehind([] {
                  const Value value{Throwing()};
                  Throwing::throws = true;
                }),
@@ -267,7 +245,7 @@ TEST(ValueDeathTest, EndsTheProgramWhenItEndsAndTheDestructorOfItsContentThrows)
 }
 
 TEST(ValueDeathTest, EndsTheProgramWhenItTakesAnotherValueAndTheDestructorOfItsContentThrows) {
-  EXPECT_DEATH(endWellAtAnException([] {
+  EXPECT_DEATH(endWellBehind([] {
                  Value value{Throwing()};
                  Throwing::throws = true;
                  value = Value(true);

@@ -1,5 +1,4 @@
 #include <functional>
-#include <new>
 
 #include "platform/host/Workspace.h"
 #include "tests/platform/host/HostTest.h"
@@ -15,19 +14,9 @@ class AllocationFailureTest : public HostTest {
                               const std::function<void()>& checkUnchanged) {
     for (std::size_t number = 1;; ++number) {
       const std::size_t before = hvGetLiveArrayCount();
-      bool raisedBadAlloc = false;
-      bool hasFailed = false;
-      {
-        const AllocationFault failing(number);
-        try {
-          operation();
-        } catch (const std::bad_alloc&) {
-          raisedBadAlloc = true;
-        }
-        hasFailed = AllocationFault::hasOccurred();
-      }
-      if (!hasFailed) return number - 1;
-      EXPECT_TRUE(raisedBadAlloc) << "allocation " << number << " failed unnoticed";
+      const AllocationAttempt attempt = attemptWithout(number, operation);
+      if (!attempt.hasOccurred) return number - 1;
+      EXPECT_TRUE(attempt.isRefused) << "allocation " << number << " failed unnoticed";
       EXPECT_EQ(hvGetLiveArrayCount(), before) << "allocation " << number;
       checkUnchanged();
       if (number > 1000) {

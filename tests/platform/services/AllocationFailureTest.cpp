@@ -1,7 +1,6 @@
 #include <array>
 #include <cstddef>
 #include <functional>
-#include <new>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -24,19 +23,9 @@ const std::u16string longText(100, u'x');
 // Each failure must come out as std::bad_alloc and pass the check. Gives the number of failures.
 std::size_t failEach(const std::function<void()>& operation, const std::function<void()>& checkUnchanged) {
   for (std::size_t number = 1;; ++number) {
-    bool raisedBadAlloc = false;
-    bool hasFailed = false;
-    {
-      const AllocationFault failing(number);
-      try {
-        operation();
-      } catch (const std::bad_alloc&) {
-        raisedBadAlloc = true;
-      }
-      hasFailed = AllocationFault::hasOccurred();
-    }
-    if (!hasFailed) return number - 1;
-    EXPECT_TRUE(raisedBadAlloc) << "allocation " << number << " failed unnoticed";
+    const AllocationAttempt attempt = attemptWithout(number, operation);
+    if (!attempt.hasOccurred) return number - 1;
+    EXPECT_TRUE(attempt.isRefused) << "allocation " << number << " failed unnoticed";
     checkUnchanged();
   }
 }

@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "tests/nd_data_adapter/model/allocation/Operations.h"
-#include "tests/nd_data_adapter/model/allocation/Soundness.h"
+#include "tests/support/AllocationWalk.h"
 
 using namespace allocation_test;
 

@@ -2,12 +2,12 @@
 
 #include <vector>
 
-#include "tests/nd_data_adapter/model/allocation/Soundness.h"
 #include "tests/nd_data_adapter/model/allocation/World.h"
+#include "tests/support/AllocationWalk.h"
 
 namespace allocation_test {
 
-using Operation = OperationOn<World>;
+using Operation = OperationOn<const World>;
 
 /// List the operations by what they concern.
 std::vector<Operation> lifeOperations();

@@ -1,7 +1,6 @@
 #include "tests/nd_data_adapter/model/allocation/WholeWorld.h"
 
 #include <map>
-#include <new>
 #include <set>
 #include <sstream>
 
@@ -118,15 +117,6 @@ void addThree(const Model& model, Collection& collection, bool isMap) {
 }
 
 }  // namespace
-
-void WholeReader::changed(const lx::base::ChangeSet& changes) noexcept {
-  try {
-    for (const auto& change : changes.changes()) {
-      for (const unsigned index : change->properties()) static_cast<void>(change->oldValue(index));
-    }
-  } catch (const std::bad_alloc&) {  // the observer goes without them
-  }
-}
 
 boost::uuids::uuid WholeWorld::identity(unsigned number) {
   boost::uuids::uuid result{};

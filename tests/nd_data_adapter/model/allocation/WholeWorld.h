@@ -3,9 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/ModelImpl.h"
-#include "tests/nd_data_adapter/model/allocation/Soundness.h"
+#include "tests/support/AllocationWalk.h"
 #include "tests/support/model/Containers.h"
 #include "tests/support/model/Cube.h"
 #include "tests/support/model/Leaf.h"
@@ -31,14 +30,10 @@ using probe::inner::Robot;
 /// A text that doesn't fit into its object.
 constexpr const char16_t* Long = u"a text that is long enough to have memory of its own";
 
-/// Reads every change set whole, as far as memory goes.
-class WholeReader final : public lx::base::ChangeObserver {
- public:
-  void changed(const lx::base::ChangeSet& changes) noexcept override;
-};
-
 /// A model of the test metamodel with something in every kind of property, always the same.
 struct WholeWorld {
+  static constexpr bool isReproducible = true;
+
   explicit WholeWorld(bool isObserved);
   WholeWorld(const WholeWorld&) = delete;
   WholeWorld& operator=(const WholeWorld&) = delete;
@@ -65,11 +60,11 @@ struct WholeWorld {
   Thing thing, target, foreign;      // in no container; referred to by everything; of the second model
   Thing proxy;                       // in no container
   std::vector<ModelElement> loaded;  // what the proxies stand for
-  WholeReader reader;
+  Reader reader;
   bool isObserved;
 };
 
-using WholeOperation = OperationOn<WholeWorld>;
+using WholeOperation = OperationOn<const WholeWorld>;
 
 /// List the operations by what they concern.
 std::vector<WholeOperation> referenceOperations();

@@ -1,7 +1,6 @@
 #include "tests/nd_data_adapter/model/allocation/World.h"
 
 #include <map>
-#include <new>
 #include <sstream>
 
 #include "nd_data_adapter/builtin_adapters/TestV2Adapter.h"
@@ -55,15 +54,6 @@ CPPAdapterV2Entry namedEntry(const Model& model, const std::u16string& name) {
 }
 
 }  // namespace
-
-void Reader::changed(const lx::base::ChangeSet& changes) noexcept {
-  try {
-    for (const auto& change : changes.changes()) {
-      for (const unsigned index : change->properties()) static_cast<void>(change->oldValue(index));
-    }
-  } catch (const std::bad_alloc&) {  // the observer goes without them
-  }
-}
 
 World::World(bool isObserved_) : isObserved(isObserved_) {
   workspace = inCreateWorkspace(1);

@@ -8,9 +8,9 @@
 #include "nd_data_adapter/model/AdapterConfig.h"
 #include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/CPPAdapterV2Entry.h"
-#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/ModelImpl.h"
 #include "tests/nd_data_adapter/model/ModelTest.h"
+#include "tests/support/AllocationWalk.h"
 
 namespace allocation_test {
 
@@ -24,14 +24,10 @@ using nd::data::adapter::CPPAdapterV2Entry;
 /// A text that doesn't fit into its object.
 constexpr const char16_t* Long = u"a text that is long enough to have memory of its own";
 
-/// Reads every change set whole, as far as memory goes.
-class Reader final : public lx::base::ChangeObserver {
- public:
-  void changed(const lx::base::ChangeSet& changes) noexcept override;
-};
-
 /// A model with something of each kind in it, always the same.
 struct World {
+  static constexpr bool isReproducible = true;
+
   explicit World(bool isObserved);
   World(const World&) = delete;
   World& operator=(const World&) = delete;

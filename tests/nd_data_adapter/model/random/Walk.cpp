@@ -2,7 +2,7 @@
 
 namespace random_walk {
 
-Walk::Walk(unsigned seed, std::ostream* trace) : Course(seed, trace, 1) {}
+Walk::Walk(unsigned seed, std::ostream* trace) : ElementCourse(seed, trace, 1) {}
 
 Walk::~Walk() = default;
 

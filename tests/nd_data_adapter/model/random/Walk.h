@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "tests/nd_data_adapter/model/random/Pairing.h"
-#include "tests/support/walks/Course.h"
+#include "tests/support/walks/ElementCourse.h"
 
 namespace random_walk {
 
 /// Goes over the elements of the library's own classes, in one model.
-class Walk final : public walking::Course {
+class Walk final : public walking::ElementCourse<Pairing, Twin> {
  public:
   /// A walk that writes down its steps if it is given a stream.
   explicit Walk(unsigned seed, std::ostream* trace = nullptr);
@@ -38,7 +38,7 @@ class Walk final : public walking::Course {
 
   // Draws
   Id drawOf(Kind kind);
-  Id draw();
+  Id draw() override;
   std::u16string drawText();
   Content drawValue(Kind kind, unsigned index);
   struct Slot {
@@ -61,21 +61,15 @@ class Walk final : public walking::Course {
   void remove();
   void replace();
   void changeTexts();
-  void destroy();
-  void makeProxy();
-  void makeProxyOf(Id id);
   std::vector<std::pair<Slot, Id>> placesOf(bool proxies) const;
   void load(Id proxy);
   Id loadedFor(Id proxy) const;
   void resolve();
   void resolveAt(const Slot& slot, Id proxy);
-  void askIdentity();
 
   bool isRenamedUnseen(Id id, unsigned index) const;
   ModelElement make(Kind kind, const boost::uuids::uuid& uuid = {});
 
-  Pairing pairing_;
-  Twin twin_;
   Twin told_;                        // what observers know, or are not to hear of
   std::vector<const Twin*> levels_;  // what the open transactions began with
 };

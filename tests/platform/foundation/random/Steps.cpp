@@ -75,32 +75,6 @@ void Walk::createProxy() {
   });
 }
 
-void Walk::destroy() {
-  const Id id = draw(drawModel());
-  note("destroy #", id);
-  perform(twin_.destroy(id), [&] { pairing_[id].destroy(); });
-}
-
-void Walk::makeProxy() {
-  makeProxyOf(draw(drawModel()));
-}
-
-void Walk::makeProxyOf(Id id) {
-  note("make a proxy of #", id);
-  const Aside aside(*this, "make a proxy");
-  perform(twin_.makeProxy(id), [&] {
-    pairing_[id].impl()->convertToProxy();
-    pairing_.identify(id, pairing_[id].identifier());
-  });
-}
-
-void Walk::askIdentity() {
-  const Id id = draw(drawModel());
-  if (!twin_.contains(id)) return;
-  note("ask #", id, " for its identity");
-  perform(Outcome::Done, [&] { pairing_.identify(id, pairing_[id].identifier()); });
-}
-
 // Values
 
 void Walk::set() {

@@ -24,7 +24,7 @@ constexpr std::uint32_t themes[]{
 
 }  // namespace
 
-Walk::Walk(unsigned seed, std::ostream* trace) : Course(seed, trace, 2), kinds_(oneIn(themes)) {}
+Walk::Walk(unsigned seed, std::ostream* trace) : ElementCourse(seed, trace, 2), kinds_(oneIn(themes)) {}
 
 Walk::~Walk() = default;
 

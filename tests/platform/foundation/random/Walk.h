@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "tests/platform/foundation/random/Access.h"
-#include "tests/support/walks/Course.h"
+#include "tests/support/walks/ElementCourse.h"
 
 namespace model_walk {
 
 /// Goes over all kinds of elements of the test model: in two models, so that elements meet such of another.
-class Walk final : public walking::Course {
+class Walk final : public walking::ElementCourse<Pairing, Twin> {
  public:
   /// A walk that writes down its steps if it is given a stream.
   explicit Walk(unsigned seed, std::ostream* trace = nullptr);
@@ -42,6 +42,7 @@ class Walk final : public walking::Course {
     Id proxy;
   };
   Id drawOf(std::uint32_t kinds, int model);
+  Id draw() override { return draw(drawModel()); }
   Id draw(int model) { return drawOf(kinds_, model); }
   Id drawOwner(const Slot& slot) { return drawOf(1U << static_cast<int>(slot.kind), drawModel()); }
   Id drawFor(Id owner, const Slot& slot);
@@ -78,11 +79,7 @@ class Walk final : public walking::Course {
   void load(Id proxy);
   void resolve();
   void resolveAt(const Place& place);
-  void destroy();
   void destroyAndChangeKey();
-  void makeProxy();
-  void makeProxyOf(Id id);
-  void askIdentity();
 
   // What a builder is to make: the values, and for each place the element that is there or is to be made
   struct Plan {
@@ -109,9 +106,7 @@ class Walk final : public walking::Course {
   void pairNew(int model);
   std::string written(const Plan& plan) const;
 
-  std::uint32_t kinds_;  // a bit for each that this walk makes for their own sake
-  Pairing pairing_;
-  Twin twin_;
+  std::uint32_t kinds_;                 // a bit for each that this walk makes for their own sake
   std::array<Twin::Elements, 2> told_;  // what observers know, or are not to hear of
 };
 

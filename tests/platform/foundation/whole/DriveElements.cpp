@@ -337,4 +337,49 @@ void driveElements(const Ways& ways) {
   expectEnd(ways, held(ways, {}), given(ways, makeList(ways, model, 1)));
 }
 
+void expectGatheredElements(const Ways& ways) {
+  const Property property = ways.maker.metaClass().property(ways.name);
+  const Model model = Model::create();
+  const ModelElement first = make(model, ways.fitting.front()), second = make(model, ways.fitting.back());
+  const bool isOne = ways.flags == ValueFlags::Single;
+  std::unique_ptr<Builder> builder;
+  Elements wanted;  // null for what a builder is to make
+  const auto next = [&]() -> Builder& {
+    if (isOne || !builder) {
+      builder = ways.maker.builder();
+      wanted.clear();
+      EXPECT_TRUE(ways.children(*builder).empty());
+    }
+    return *builder;
+  };
+  const auto expectAdded = [&](const Elements& added) {
+    wanted.insert(wanted.end(), added.begin(), added.end());
+    Elements got;
+    for (const auto& each : ways.children(*builder)) {
+      got.push_back(each.element);
+      EXPECT_NE(static_cast<bool>(each.element), static_cast<bool>(each.builder));
+    }
+    EXPECT_EQ(got, wanted);
+  };
+  next().setOrAdd(property, Value(first));
+  expectAdded({first});
+  if (!isOne) {
+    next().setOrAdd(property, Value(Elements{second, first}));
+    expectAdded({second, first});
+  }
+  if (ways.build != nullptr) {
+    ways.build(next(), Value(second));
+    expectAdded({second});
+  }
+  auto child = builderFor(Model(), ways.child);
+  const Class type = child->getMetaClass();
+  ways.buildChild(next(), *child);
+  expectAdded({ModelElement()});
+  EXPECT_EQ(ways.children(*builder).back().builder->getMetaClass(), type);
+  const Builder* const given = child.get();
+  next().setOrAdd(property, std::move(child));
+  expectAdded({ModelElement()});
+  EXPECT_EQ(ways.children(*builder).back().builder.get(), given);
+}
+
 }  // namespace whole_test

@@ -148,6 +148,26 @@ void driveValue(const Ways& ways) {
     driveCombining(ways, model);
 }
 
+void expectGatheredValue(const Ways& ways) {
+  const Property property = ways.maker.metaClass().property(ways.name);
+  const auto expectGathered = [&](Builder& builder, const Value& wanted) {
+    const Value got = ways.gathered(builder);
+    EXPECT_TRUE(got == wanted) << written(got) << " was gathered, not " << written(wanted);
+  };
+  const auto typed = ways.maker.builder(), byValue = ways.maker.builder(), oneByOne = ways.maker.builder();
+  expectGathered(*typed, Value());
+  const std::vector<Value> values = samplesOf(ways.type).of(ways.flags);
+  for (const Value& value : values) {
+    ways.build(*typed, value);
+    expectGathered(*typed, value);
+    byValue->setOrAdd(property, value);
+    expectGathered(*byValue, value);
+  }
+  if (property.getUpper() == 1) return;
+  for (const Sample& sample : samplesOf(ways.type).singles) oneByOne->setOrAdd(property, sample.value);
+  expectGathered(*oneByOne, values.at(2));  // which lists all single ones
+}
+
 void driveDerived(const Ways& ways) {
   const Property property = described(ways);
   const Model model = Model::create();

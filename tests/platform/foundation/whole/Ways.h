@@ -70,6 +70,11 @@ void driveValue(const Ways& ways);
 void driveElements(const Ways& ways);
 void driveDerived(const Ways& ways);
 
+/// Expect that a builder tells what it was given last for a property of values, and what was added to that;
+/// every element and every builder that it was given for a property of elements.
+void expectGatheredValue(const Ways& ways);
+void expectGatheredElements(const Ways& ways);
+
 /// Expect that a class has these properties and no others.
 void expectProperties(const Class& type, const std::vector<std::u16string>& names);
 
@@ -142,73 +147,6 @@ void expectOtherTypesRefused(const Ways& ways, const Model& model);
 
 /// Expect how the description describes the property, and give it.
 Property described(const Ways& ways);
-
-/// Expect that a builder tells what it was given last for a property of values, and what was added to that.
-inline void expectGatheredValue(const Ways& ways) {
-  const Property property = ways.maker.metaClass().property(ways.name);
-  const auto expectGathered = [&](Builder& builder, const Value& wanted) {
-    const Value got = ways.gathered(builder);
-    EXPECT_TRUE(got == wanted) << written(got) << " was gathered, not " << written(wanted);
-  };
-  const auto typed = ways.maker.builder(), byValue = ways.maker.builder(), oneByOne = ways.maker.builder();
-  expectGathered(*typed, Value());
-  const std::vector<Value> values = samplesOf(ways.type).of(ways.flags);
-  for (const Value& value : values) {
-    ways.build(*typed, value);
-    expectGathered(*typed, value);
-    byValue->setOrAdd(property, value);
-    expectGathered(*byValue, value);
-  }
-  if (property.getUpper() == 1) return;
-  for (const Sample& sample : samplesOf(ways.type).singles) oneByOne->setOrAdd(property, sample.value);
-  expectGathered(*oneByOne, values.at(2));  // which lists all single ones
-}
-
-/// Expect that a builder tells every element and every builder that it was given for a property of elements.
-inline void expectGatheredElements(const Ways& ways) {
-  const Property property = ways.maker.metaClass().property(ways.name);
-  const Model model = Model::create();
-  const ModelElement first = make(model, ways.fitting.front()), second = make(model, ways.fitting.back());
-  const bool isOne = ways.flags == ValueFlags::Single;
-  std::unique_ptr<Builder> builder;
-  Elements wanted;  // null for what a builder is to make
-  const auto next = [&]() -> Builder& {
-    if (isOne || !builder) {
-      builder = ways.maker.builder();
-      wanted.clear();
-      EXPECT_TRUE(ways.children(*builder).empty());
-    }
-    return *builder;
-  };
-  const auto expectAdded = [&](const Elements& added) {
-    wanted.insert(wanted.end(), added.begin(), added.end());
-    Elements got;
-    for (const auto& each : ways.children(*builder)) {
-      got.push_back(each.element);
-      EXPECT_NE(static_cast<bool>(each.element), static_cast<bool>(each.builder));
-    }
-    EXPECT_EQ(got, wanted);
-  };
-  next().setOrAdd(property, Value(first));
-  expectAdded({first});
-  if (!isOne) {
-    next().setOrAdd(property, Value(Elements{second, first}));
-    expectAdded({second, first});
-  }
-  if (ways.build != nullptr) {
-    ways.build(next(), Value(second));
-    expectAdded({second});
-  }
-  auto child = builderFor(Model(), ways.child);
-  const Class type = child->getMetaClass();
-  ways.buildChild(next(), *child);
-  expectAdded({ModelElement()});
-  EXPECT_EQ(ways.children(*builder).back().builder->getMetaClass(), type);
-  const Builder* const given = child.get();
-  next().setOrAdd(property, std::move(child));
-  expectAdded({ModelElement()});
-  EXPECT_EQ(ways.children(*builder).back().builder.get(), given);
-}
 
 /// Expect what is asked of and done to a property of an element that is gone, or a proxy.
 void expectEnd(const Ways& ways, const Value& zero, const Value& value);
