@@ -15,7 +15,8 @@ function(nd_install)
     nd_install_pkg_config(${library})
   endforeach()
   set_target_properties(ndx PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
-  install(TARGETS ${libraries} nd_shipped_adapters EXPORT nd_data_adapterTargets LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS ${libraries} nd_shipped_adapters nd_adapter_conformance EXPORT nd_data_adapterTargets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS ndx RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
   nd_install_cmake_package()
 endfunction()
@@ -86,8 +87,8 @@ function(nd_install_pkg_config library)
 endfunction()
 
 # The package that find_package(nd_data_adapter) finds, with the targets nd_data_adapter::platform,
-# nd_data_adapter::nd_data_adapter, one for each adapter
-# and nd_data_adapter::shipped_adapters for all adapters.
+# nd_data_adapter::nd_data_adapter, one for each adapter, nd_data_adapter::shipped_adapters for all adapters, and
+# nd_data_adapter::adapter_conformance for the checks that authors of adapters run.
 function(nd_install_cmake_package)
   set(folder "${CMAKE_INSTALL_LIBDIR}/cmake/nd_data_adapter")
   set(prepared "${PROJECT_BINARY_DIR}/installation")

@@ -29,6 +29,8 @@ MODEL = ["nd_data_adapter", "nd_data_adapter/model"]
 BROKER = MODEL + ["nd_data_adapter/addressing", "nd_data_adapter/broker"]
 LIBRARY = BROKER + ["nd_data_adapter/first_generation", "nd_data_adapter/builtin_adapters",
                     "nd_data_adapter/host_binding", "nd_data_adapter/nd_data_adapter.h"]
+# For the tests of adapters.
+CONFORMANCE = ["nd_data_adapter/conformance"]
 MAY_INCLUDE = {
     "platform": [],
     "platform/text": ["platform"],
@@ -43,13 +45,14 @@ MAY_INCLUDE = {
     "nd_data_adapter/first_generation": PLATFORM + BROKER,
     "nd_data_adapter/builtin_adapters": PLATFORM + BROKER,
     "nd_data_adapter/host_binding": PLATFORM + LIBRARY[:-1],
+    "nd_data_adapter/conformance": PLATFORM + LIBRARY[:-1],
     "nd_data_adapter/nd_data_adapter.h": PLATFORM + LIBRARY,
     "adapters": PLATFORM + LIBRARY + ["adapters/*"],
     "adapters/*": PLATFORM + LIBRARY,
     "tools/*": PLATFORM + LIBRARY + ["adapters", "adapters/*"],
-    "examples/*": PLATFORM + LIBRARY + ["adapters", "adapters/*"],
+    "examples/*": PLATFORM + LIBRARY + CONFORMANCE + ["adapters", "adapters/*"],
     "benchmarks": PLATFORM + LIBRARY + ["adapters", "adapters/*"],
-    "tests": PLATFORM + LIBRARY + ["adapters", "adapters/*", "tools/*", "examples/*"],
+    "tests": PLATFORM + LIBRARY + CONFORMANCE + ["adapters", "adapters/*", "tools/*", "examples/*"],
 }
 TOPS = sorted({layer.split("/")[0] for layer in MAY_INCLUDE})
 

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "nd_data_adapter/conformance/Client.h"
+#include "nd_data_adapter/conformance/Report.h"
+#include "nd_data_adapter/conformance/Subject.h"
+#include "nd_data_adapter/model/AdapterDiagnostic.h"
+#include "nd_data_adapter/model/AdapterError.h"
+#include "nd_data_adapter/model/AdapterManagerV2.h"
+
+/// The road of one read, as a tool goes it.
+namespace nd::conformance::checks {
+
+/// Registers an adapter for the time of a scope, unless one of its name is registered already.
+class Registration {
+ public:
+  explicit Registration(const std::shared_ptr<CPPAdapterV2>& adapter)
+      : name_(adapter->getAdapterName()),
+        isOurs_(data::adapter::AdapterManagerV2::registerCPPAdapter(adapter)) {}
+  Registration(const Registration&) = delete;
+  Registration& operator=(const Registration&) = delete;
+  ~Registration() {
+    if (isOurs_) data::adapter::AdapterManagerV2::unregisterAdapterByName(name_);
+  }
+
+ private:
+  std::u16string name_;
+  bool isOurs_;
+};
+
+/// Opens a source for the time of a scope.
+class Opening {
+ public:
+  Opening(std::u16string source, std::u16string section)
+      : source_(std::move(source)),
+        section_(std::move(section)),
+        answer_(data::adapter::AdapterManagerV2::openSource(source_, section_, {})) {}
+  Opening(const Opening&) = delete;
+  Opening& operator=(const Opening&) = delete;
+  ~Opening() { data::adapter::AdapterManagerV2::closeSource(source_, section_, {}); }
+
+  bool answer() const noexcept { return answer_; }
+
+ private:
+  std::u16string source_;
+  std::u16string section_;
+  bool answer_;
+};
+
+inline void servesTheBroker(Subject& subject, Report& report) {
+  using Broker = data::adapter::AdapterManagerV2;
+  using data::adapter::AdapterDiagnostic;
+  const std::u16string source = subject.goodSource();
+  const std::shared_ptr<CPPAdapterV2> prototype = subject.makeAdapter();
+  const std::u16string name = prototype->getAdapterName();
+  const std::u16string section = prototype->getSectionName();
+  const Registration registration(prototype);
+
+  const std::vector<std::u16string> names = Broker::getAllRegisteredAdapterNames();
+  report.expect(std::find(names.begin(), names.end(), name) != names.end(),
+                "the broker doesn't list the adapter under its name " + quoted(name));
+  report.expect(Broker::doesSourceExist(source), "the broker says that the good source doesn't exist");
+  report.expect(Broker::hasReadingAdapters(source), "the broker knows nobody who reads the good source");
+
+  const Opening opening(source, section);
+  report.expect(opening.answer(),
+                "the broker can't open the good source for the section " + quoted(section));
+  Client client;
+  const data::adapter::AdapterError error =
+      Broker::getData(source, section, client.container(), {}, client.model());
+  report.expect(error.getId() == AdapterDiagnostic::NoDiagnostic,
+                "the broker can't read the good source: " + quoted(error.errorMessage()));
+  report.expect(client.contents().hasVariables(), "the broker gets no variable from the good source");
+  Broker::getChecksum(source, section);
+  Broker::getExternalSources(source, section);
+
+  for (const std::u16string& failing : failingSources(subject)) {
+    const Opening openingOfIt(failing, section);
+    const data::adapter::AdapterError stated =
+        Broker::getData(failing, section, client.container(), {}, client.model());
+    report.expect(stated.getId() != AdapterDiagnostic::NoDiagnostic,
+                  "the broker is told of no error when it reads " + quoted(failing));
+    report.expect(stated.getId() != AdapterDiagnostic::Unsupported || !stated.getAdapterName().empty(),
+                  "the broker does not bring " + quoted(failing) + " to the adapter: has it another extension?");
+  }
+}
+
+}  // namespace nd::conformance::checks
