@@ -46,9 +46,9 @@ inline void expectSameAnswers(const Answers& actual, const Answers& wanted, cons
   const auto number = [](const Statement& statement) {
     return std::to_string(static_cast<int>(statement.diagnostic));
   };
-  report.expect(actual.hasData == wanted.hasData,
-                story + ": hasData" + but(std::string(actual.hasData ? "true" : "false"),
-                                          std::string(wanted.hasData ? "true" : "false")));
+  report.expect(actual.hasData == wanted.hasData, story + ": hasData" +
+                                                      but(std::string(actual.hasData ? "true" : "false"),
+                                                          std::string(wanted.hasData ? "true" : "false")));
   report.expect(!withValues || actual.checksum == wanted.checksum,
                 story + ": the checksum" + but(quoted(actual.checksum), quoted(wanted.checksum)));
   report.expect(actual.externalSources == wanted.externalSources,

@@ -39,8 +39,8 @@ class Contents {
 
   bool hasVariables() const noexcept { return !variables_.empty(); }
 
-  /// Tell whether the same variables stand in the same order, with the same values if these count too, and the
-  /// same names of metadata.
+  /// Tell whether the same variables stand in the same order, with the same values if these count too, and
+  /// the same names of metadata.
   bool equals(const Contents& other, bool withValues = true) const {
     if (variables_.size() != other.variables_.size() || metaData_ != other.metaData_) return false;
     for (std::size_t at = 0; at < variables_.size(); ++at) {
@@ -94,7 +94,8 @@ class Client {
   void holdSomething() {
     const hvArrayPtr value(hvCreateDoubleScalar(-271828.0));
     inAssignInDesiredWS(value.get(), "held_by_the_client", container_.dataCache());
-    container_.createIntoMetaDataCache(data::adapter::MetaDataEntry::Builder().setName(u"held by the client"));
+    container_.createIntoMetaDataCache(
+        data::adapter::MetaDataEntry::Builder().setName(u"held by the client"));
   }
 
   Statement read(CPPAdapterV2& adapter, const std::u16string& prevChecksum = {}) {
@@ -115,7 +116,8 @@ class Client {
   /// Ask for conditional data with nothing changed, and with an empty pointer.
   Statement getConditionalDataNowhere(CPPAdapterV2& adapter) {
     data::adapter::AdapterError error = clearError();
-    adapter.getConditionalData(nullptr, data::adapter::ConditionControlChangeReport::create(model_), {}, error);
+    adapter.getConditionalData(nullptr, data::adapter::ConditionControlChangeReport::create(model_), {},
+                               error);
     return statementOf(error);
   }
 

@@ -39,8 +39,9 @@ struct FileContents {
 ///       std::shared_ptr<CPPAdapterV2> makeAdapter() override { return std::make_shared<IniAdapter>(); }
 ///     };
 ///
-/// Absent sources are a file and a folder that aren't there, and a folder that has the name of a file. A changed
-/// file keeps its time, and a rewritten one gets another: neither tells whether the content is another one.
+/// Absent sources are a file and a folder that aren't there, and a folder that has the name of a file. A
+/// changed file keeps its time, and a rewritten one gets another: neither tells whether the content is
+/// another one.
 class FileSubject : public Subject {
  public:
   explicit FileSubject(FileContents contents) : contents_(std::move(contents)) {
@@ -112,7 +113,9 @@ class FileSubject : public Subject {
   /// Give a file of the folder as a source; its name is given without the extension.
   std::u16string source(const std::string& name) const { return lx::text::toUtf16(pathOf(name).string()); }
 
-  std::filesystem::path pathOf(const std::string& name) const { return folder_ / (name + contents_.extension); }
+  std::filesystem::path pathOf(const std::string& name) const {
+    return folder_ / (name + contents_.extension);
+  }
 
  private:
   static std::string nameOfBad(std::size_t at) { return "bad_" + std::to_string(at + 1); }

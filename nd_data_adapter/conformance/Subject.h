@@ -8,10 +8,11 @@
 
 namespace nd::conformance {
 
-/// What the checks have to know of an adapter: how one is made, which sources there are, and what it can't do.
+/// What the checks have to know of an adapter: how one is made, which sources there are, and what it can't
+/// do.
 ///
-/// `FileSubject` brings the sources for adapters of single files; for others derive from this class. Each check
-/// works on a subject of its own, made anew, which may be changed and is thrown away.
+/// `FileSubject` brings the sources for adapters of single files; for others derive from this class. Each
+/// check works on a subject of its own, made anew, which may be changed and is thrown away.
 ///
 /// A predicate answers what an adapter can do as a rule. Override one only where yours is different by its
 /// nature: the checks then ask less of it, and those that have nothing left to ask are reported as skipped.
@@ -56,7 +57,8 @@ class Subject {
   /// Tell whether the content of a source can be changed from outside.
   virtual bool canChangeSources() const { return true; }
 
-  /// Tell whether data and checksum come from the source alone, and not from what the adapter was asked before.
+  /// Tell whether data and checksum come from the source alone, and not from what the adapter was asked
+  /// before.
   virtual bool answersFromSourceAlone() const { return true; }
 
   /// Tell whether a read replaces all that the client held.

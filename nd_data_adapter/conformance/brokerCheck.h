@@ -68,8 +68,7 @@ inline void servesTheBroker(Subject& subject, Report& report) {
   report.expect(Broker::hasReadingAdapters(source), "the broker knows nobody who reads the good source");
 
   const Opening opening(source, section);
-  report.expect(opening.answer(),
-                "the broker can't open the good source for the section " + quoted(section));
+  report.expect(opening.answer(), "the broker can't open the good source for the section " + quoted(section));
   Client client;
   const data::adapter::AdapterError error =
       Broker::getData(source, section, client.container(), {}, client.model());
@@ -85,8 +84,9 @@ inline void servesTheBroker(Subject& subject, Report& report) {
         Broker::getData(failing, section, client.container(), {}, client.model());
     report.expect(stated.getId() != AdapterDiagnostic::NoDiagnostic,
                   "the broker is told of no error when it reads " + quoted(failing));
-    report.expect(stated.getId() != AdapterDiagnostic::Unsupported || !stated.getAdapterName().empty(),
-                  "the broker does not bring " + quoted(failing) + " to the adapter: has it another extension?");
+    report.expect(
+        stated.getId() != AdapterDiagnostic::Unsupported || !stated.getAdapterName().empty(),
+        "the broker does not bring " + quoted(failing) + " to the adapter: has it another extension?");
   }
 }
 

@@ -59,8 +59,9 @@ inline Report run(const Check& check, const SubjectFactory& makeSubject) {
     const bool hasWhatItMeets =
         report.expect(!subject->meetsBadSources() || !subject->badSources().empty(),
                       "no bad source was handed over; let meetsBadSources be false if there can't be one") &&
-        report.expect(!subject->meetsAbsentSources() || !subject->absentSources().empty(),
-                      "no absent source was handed over; let meetsAbsentSources be false if there can't be one");
+        report.expect(
+            !subject->meetsAbsentSources() || !subject->absentSources().empty(),
+            "no absent source was handed over; let meetsAbsentSources be false if there can't be one");
     if (hasWhatItMeets) check.look(*subject, report);
   } catch (const std::exception& error) {
     report.expect(false, std::string("this was thrown: ") + error.what());

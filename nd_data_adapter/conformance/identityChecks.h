@@ -89,7 +89,8 @@ inline void makesClonesThatShareNothing(Subject& subject, Report& report) {
 
 inline void listsExtensionsWithTheirDot(Subject& subject, Report& report) {
   const std::vector<std::u16string> extensions = subject.makeAdapter()->getSupportedExtensions();
-  report.expect(!extensions.empty(), "getSupportedExtensions is empty, so that no source reaches the adapter");
+  report.expect(!extensions.empty(),
+                "getSupportedExtensions is empty, so that no source reaches the adapter");
   for (const std::u16string& extension : extensions) {
     const bool isDotted = report.expect(extension.starts_with(u'.'),
                                         "the extension " + quoted(extension) + " doesn't begin with a dot");

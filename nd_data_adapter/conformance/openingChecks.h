@@ -55,7 +55,8 @@ inline void answersQuestionsWithoutSideEffects(Subject& subject, Report& report)
 inline void tellsGoodSourcesFromAbsentOnes(Subject& subject, Report& report) {
   for (const std::u16string& source : {subject.goodSource(), subject.otherGoodSource()}) {
     const std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
-    report.expect(adapter->isSourceValid(source), "isSourceValid is false for the good source " + quoted(source));
+    report.expect(adapter->isSourceValid(source),
+                  "isSourceValid is false for the good source " + quoted(source));
     report.expect(adapter->supportsReading(source),
                   "supportsReading is false for the good source " + quoted(source));
     report.expect(adapter->open(source), "open is false for the good source " + quoted(source));
@@ -64,7 +65,8 @@ inline void tellsGoodSourcesFromAbsentOnes(Subject& subject, Report& report) {
     const Statement statement = client.read(*adapter);
     report.expect(!statement.isFailure(),
                   "the good source " + quoted(source) + " can't be read: " + quoted(statement.message));
-    report.expect(client.contents().hasVariables(), "the good source " + quoted(source) + " gives no variable");
+    report.expect(client.contents().hasVariables(),
+                  "the good source " + quoted(source) + " gives no variable");
   }
   if (!subject.meetsAbsentSources()) return;
   for (const std::u16string& source : subject.absentSources()) {

@@ -13,7 +13,8 @@
 namespace nd::conformance::checks {
 
 inline void checksumFollowsTheContent(Subject& subject, Report& report) {
-  if (!subject.answersFromSourceAlone()) return report.skip("the checksum doesn't come from the source alone");
+  if (!subject.answersFromSourceAlone())
+    return report.skip("the checksum doesn't come from the source alone");
   if (!subject.canChangeSources()) return report.skip("the sources can't be changed");
   const std::u16string good = subject.goodSource();
   const auto checksumOfAnother = [&] {
@@ -38,9 +39,11 @@ inline void checksumFollowsTheContent(Subject& subject, Report& report) {
                 "opened afterwards");
   subject.rewriteGoodSource();
   const std::u16string rewritten = adapter->getCurrentChecksum();
-  report.expect(rewritten != changed, "the content has changed, and the checksum is still " + quoted(changed));
+  report.expect(rewritten != changed,
+                "the content has changed, and the checksum is still " + quoted(changed));
   if (subject.keepsChecksumOfRewrittenSource()) {
-    report.expect(rewritten == first, "the content is that of the beginning, and the checksum is another one");
+    report.expect(rewritten == first,
+                  "the content is that of the beginning, and the checksum is another one");
     subject.rewriteGoodSource();
     report.expect(adapter->getCurrentChecksum() == rewritten,
                   "the same content was written again, and the checksum is another one");
@@ -102,8 +105,9 @@ inline void leavesTheClientsDataAfterAnError(Subject& subject, Report& report) {
   for (const std::u16string& source : sources) {
     const auto compare = [&](const Client& client, const Contents& before, const std::string& who) {
       const Contents after = client.contents();
-      report.expect(after.equals(before), "The read of " + quoted(source) + " failed, and " + who + " holds " +
-                                              after.describe() + " and no longer " + before.describe());
+      report.expect(after.equals(before), "The read of " + quoted(source) + " failed, and " + who +
+                                              " holds " + after.describe() + " and no longer " +
+                                              before.describe());
     };
     Client client;
     client.holdSomething();
@@ -132,7 +136,8 @@ inline void statesErrorsWithNameAndSource(Subject& subject, Report& report) {
     if (!report.expect(statement.isFailure(), "no error is stated for " + quoted(source))) continue;
     const int number = static_cast<int>(statement.diagnostic);
     report.expect(number >= 1 && number <= 7, "the diagnostic for " + quoted(source) + " is " +
-                                                  std::to_string(number) + ", which is none of the enumeration");
+                                                  std::to_string(number) +
+                                                  ", which is none of the enumeration");
     report.expect(!statement.message.empty(), "the error for " + quoted(source) + " has no message");
     report.expect(statement.adapter == adapter->getAdapterName(),
                   "the error for " + quoted(source) + " names the adapter " + quoted(statement.adapter));
@@ -149,7 +154,8 @@ inline void refusesWhatItSaysItCanNotDo(Subject& subject, Report& report) {
     const std::string before = subject.surroundings();
     const Statement statement = Client().writeNothing(*adapter);
     report.expect(statement.isFailure(), "supportsWriting is false, and writeData states no error");
-    report.expect(subject.surroundings() == before, "supportsWriting is false, and writeData changed something");
+    report.expect(subject.surroundings() == before,
+                  "supportsWriting is false, and writeData changed something");
   }
   report.expect(adapter->hasVariants() == !adapter->getVariantControls().empty(),
                 adapter->hasVariants() ? "hasVariants is true, and getVariantControls is empty"

@@ -51,7 +51,8 @@ inline void releasesAllWithoutClose(Subject& subject, Report& report) {
     }
   }
   const std::string files = openedSince(filesBefore);
-  report.expect(files.empty(), "adapters were dropped without close, and these files are still open: " + files);
+  report.expect(files.empty(),
+                "adapters were dropped without close, and these files are still open: " + files);
   report.expect(hvGetLiveArrayCount() == arraysBefore,
                 "adapters were dropped without close, and arrays are left of them");
 }
@@ -66,8 +67,9 @@ inline void leaksNoArray(Subject& subject, Report& report) {
       adapter->close();
     }
     const std::size_t after = hvGetLiveArrayCount();
-    report.expect(after == before, "after reads of " + quoted(source) + " there are " + std::to_string(after) +
-                                       " host arrays, and before there were " + std::to_string(before));
+    report.expect(after == before, "after reads of " + quoted(source) + " there are " +
+                                       std::to_string(after) + " host arrays, and before there were " +
+                                       std::to_string(before));
   }
 }
 
@@ -137,8 +139,9 @@ inline void bearsAnyText(Subject& subject, Report& report) {
       adapter->close();
     } catch (...) {
       const std::string shown = text.size() > 300 ? "a source of 5000 characters and more" : quoted(text);
-      report.expect(false, shown + " as a source made an operation throw; only getData and writeData may fail, "
-                                   "and they state it in their error");
+      report.expect(false, shown +
+                               " as a source made an operation throw; only getData and writeData may fail, "
+                               "and they state it in their error");
     }
   }
 }
