@@ -10,6 +10,7 @@
 
 namespace {
 
+// [subject]
 /// Any text is a source of the test adapter, and what it delivers is how often it was asked.
 class AnyText final : public nd::conformance::Subject {
  public:
@@ -22,6 +23,7 @@ class AnyText final : public nd::conformance::Subject {
   bool answersFromSourceAlone() const override { return false; }
   bool replacesWhatTheClientHeld() const override { return false; }
 };
+// [/subject]
 
 [[maybe_unused]] const bool registered =
     nd::conformance::registerConformanceTests<AnyText>("TestV2AdapterConformance");

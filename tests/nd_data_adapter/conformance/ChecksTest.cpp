@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -136,6 +138,14 @@ TEST(Checks, HaveAFaultEachThatTheyFind) {
 TEST(Checks, HaveNamesOfTheirOwn) {
   std::set<std::string> names;
   for (const Check& check : allChecks) EXPECT_TRUE(names.insert(check.name).second) << check.name;
+}
+
+TEST(Checks, AreAllInTheManual) {
+  std::ifstream file(ND_WRITING_AN_ADAPTER);
+  const std::string manual{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  for (const Check& check : allChecks) {
+    EXPECT_THAT(manual, HasSubstr("| `" + std::string(check.name) + "` |"));
+  }
 }
 
 TEST(Checks, SayOfAnAdapterWithoutClonesThatItCanNotBeOpened) {
