@@ -28,7 +28,8 @@ class Contents {
  public:
   Contents() = default;
   explicit Contents(const data::adapter::DataContainer& container)
-      : metaData_(container.metaDataCache().keys()) {
+      : metaData_(container.metaDataCache().keys()),
+        entries_(container.metaDataCache().begin(), container.metaDataCache().end()) {
     WorkSpaceIterator walk(container.dataCache(), false, false, true);
     const hvArray* value = nullptr;
     std::string name;
@@ -50,6 +51,9 @@ class Contents {
     return true;
   }
 
+  /// Tell whether nothing was touched: the same variables with the same values, and the very same metadata.
+  bool isStill(const Contents& before) const { return equals(before) && entries_ == before.entries_; }
+
   /// Describe all for a finding, cut where it gets long.
   std::string describe() const {
     std::string text;
@@ -70,6 +74,7 @@ class Contents {
 
   std::vector<Variable> variables_;
   std::vector<std::u16string> metaData_;
+  std::vector<data::adapter::MetaDataEntry> entries_;
 };
 
 /// What an operation stated in its error.

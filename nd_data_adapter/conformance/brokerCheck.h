@@ -33,23 +33,20 @@ class Registration {
   bool isOurs_;
 };
 
-/// Opens a source for the time of a scope.
+/// Closes a source at the end of a scope, also when opening it has thrown.
 class Opening {
  public:
   Opening(std::u16string source, std::u16string section)
-      : source_(std::move(source)),
-        section_(std::move(section)),
-        answer_(data::adapter::AdapterManagerV2::openSource(source_, section_, {})) {}
+      : source_(std::move(source)), section_(std::move(section)) {}
   Opening(const Opening&) = delete;
   Opening& operator=(const Opening&) = delete;
   ~Opening() { data::adapter::AdapterManagerV2::closeSource(source_, section_, {}); }
 
-  bool answer() const noexcept { return answer_; }
+  bool open() { return data::adapter::AdapterManagerV2::openSource(source_, section_, {}); }
 
  private:
   std::u16string source_;
   std::u16string section_;
-  bool answer_;
 };
 
 inline void servesTheBroker(Subject& subject, Report& report) {
@@ -67,8 +64,8 @@ inline void servesTheBroker(Subject& subject, Report& report) {
   report.expect(Broker::doesSourceExist(source), "the broker says that the good source doesn't exist");
   report.expect(Broker::hasReadingAdapters(source), "the broker knows nobody who reads the good source");
 
-  const Opening opening(source, section);
-  report.expect(opening.answer(), "the broker can't open the good source for the section " + quoted(section));
+  Opening opening(source, section);
+  report.expect(opening.open(), "the broker can't open the good source for the section " + quoted(section));
   Client client;
   const data::adapter::AdapterError error =
       Broker::getData(source, section, client.container(), {}, client.model());
@@ -79,7 +76,8 @@ inline void servesTheBroker(Subject& subject, Report& report) {
   Broker::getExternalSources(source, section);
 
   for (const std::u16string& failing : failingSources(subject)) {
-    const Opening openingOfIt(failing, section);
+    Opening failingOne(failing, section);
+    failingOne.open();
     const data::adapter::AdapterError stated =
         Broker::getData(failing, section, client.container(), {}, client.model());
     report.expect(stated.getId() != AdapterDiagnostic::NoDiagnostic,

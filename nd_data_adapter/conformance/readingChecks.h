@@ -105,7 +105,7 @@ inline void leavesTheClientsDataAfterAnError(Subject& subject, Report& report) {
   for (const std::u16string& source : sources) {
     const auto compare = [&](const Client& client, const Contents& before, const std::string& who) {
       const Contents after = client.contents();
-      report.expect(after.equals(before), "The read of " + quoted(source) + " failed, and " + who +
+      report.expect(after.isStill(before), "The read of " + quoted(source) + " failed, and " + who +
                                               " holds " + after.describe() + " and no longer " +
                                               before.describe());
     };

@@ -213,6 +213,14 @@ class IncludeArrows(unittest.TestCase):
         self.write("adapters/json/JsonAdapter.h", '#include "adapters/json/Reader.h"')
         self.assert_refused("JsonAdapter.h:1:", "installed without it")
 
+    def test_the_checks_for_adapters_are_for_tests_and_examples(self):
+        self.write("nd_data_adapter/conformance/Check.h", '#include "nd_data_adapter/broker/Facade.h"')
+        self.write("tests/adapters/json/JsonTest.cpp", '#include "nd_data_adapter/conformance/Check.h"')
+        self.write("examples/adapter/tests/Test.cpp", '#include "nd_data_adapter/conformance/Check.h"')
+        self.assert_passes()
+        self.write("adapters/json/Json.cpp", '#include "nd_data_adapter/conformance/Check.h"')
+        self.assert_refused("Json.cpp:1:", "adapters/json -> nd_data_adapter/conformance")
+
     def test_a_generated_class_is_included_from_anywhere_in_the_library(self):
         self.generate("nd_data_adapter/model/Adapter.h", '#include "platform/foundation/Model.h"')
         self.write("nd_data_adapter/Catalogue.cpp", '#include "nd_data_adapter/model/Adapter.h"')

@@ -126,6 +126,20 @@ class DeliversWhileItReads final : public Adapter<DeliversWhileItReads> {
   }
 };
 
+class DropsTheMetadataFirst final : public Adapter<DropsTheMetadataFirst> {
+ public:
+  bool getData(const Workspace& dataCache, MetaDataCache& metaDataCache, const std::u16string& prevChecksum,
+               Error& error) override {
+    const std::vector<std::u16string> names = metaDataCache.keys();
+    metaDataCache.clear();
+    if (LineAdapter::getData(dataCache, metaDataCache, prevChecksum, error)) return true;
+    for (const std::u16string& name : names) {
+      metaDataCache.createInto(nd::data::adapter::MetaDataEntry::Builder().setName(name));
+    }
+    return false;
+  }
+};
+
 class ForgetsTheSource final : public Adapter<ForgetsTheSource> {
  public:
   bool getData(const Workspace& dataCache, MetaDataCache& metaDataCache, const std::u16string& prevChecksum,
@@ -188,11 +202,11 @@ class HoldsItsFile : public Adapter<Self> {
   bool open(const std::u16string& source) override {
     release();
     file_ = ::open(lx::text::toUtf8(source).c_str(), O_RDONLY | O_CLOEXEC);
-    return LineAdapter::open(source);
+    return Adapter<Self>::open(source);
   }
   bool close() override {
     release();
-    return LineAdapter::close();
+    return Adapter<Self>::close();
   }
 
  protected:

@@ -88,6 +88,8 @@ const std::vector<Fault>& faults() {
                                       "the checksum is another one"),
       fault<DeliversWhileItReads>("DeliversWhileItReads", "LeavesTheClientsDataAfterAnError",
                                   "a client with data from elsewhere holds gain = 3"),
+      fault<DropsTheMetadataFirst>("DropsTheMetadataFirst", "LeavesTheClientsDataAfterAnError",
+                                   "a client with data from elsewhere"),
       fault<ForgetsTheSource>("ForgetsTheSource", "StatesErrorsWithNameAndSource", "names the source ''"),
       fault<SaysThatItWrote>("SaysThatItWrote", "RefusesWhatItSaysItCanNotDo", "writeData states no error"),
       fault<WantsAWorkspace>("WantsAWorkspace", "BearsEmptyPointers", "there is no workspace"),
