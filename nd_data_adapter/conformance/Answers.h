@@ -50,7 +50,7 @@ inline void expectSameAnswers(const Answers& actual, const Answers& wanted, cons
                                                       but(std::string(actual.hasData ? "true" : "false"),
                                                           std::string(wanted.hasData ? "true" : "false")));
   report.expect(!withValues || actual.checksum == wanted.checksum,
-                story + ": the checksum" + but(quoted(actual.checksum), quoted(wanted.checksum)));
+                story + ": the checksum" + but(inQuotes(actual.checksum), inQuotes(wanted.checksum)));
   report.expect(actual.externalSources == wanted.externalSources,
                 story + ": getExternalSources gives another list");
   report.expect(actual.variantControls == wanted.variantControls,
@@ -58,7 +58,7 @@ inline void expectSameAnswers(const Answers& actual, const Answers& wanted, cons
   report.expect(
       actual.statement.diagnostic == wanted.statement.diagnostic,
       story + ": the diagnostic of getData" + but(number(actual.statement), number(wanted.statement)) +
-          (actual.statement.isFailure() ? "; it says " + quoted(actual.statement.message) : std::string()));
+          (actual.statement.isFailure() ? "; it says " + inQuotes(actual.statement.message) : std::string()));
   report.expect(
       actual.contents.equals(wanted.contents, withValues),
       story + ": getData delivers " + actual.contents.describe() + " and not " + wanted.contents.describe());

@@ -37,7 +37,7 @@ class Report {
 };
 
 /// Show a source, a name or a message within a finding.
-inline std::string quoted(const std::u16string& text) {
+inline std::string inQuotes(const std::u16string& text) {
   return "'" + lx::text::toUtf8(text) + "'";
 }
 

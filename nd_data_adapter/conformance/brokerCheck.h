@@ -60,17 +60,17 @@ inline void servesTheBroker(Subject& subject, Report& report) {
 
   const std::vector<std::u16string> names = Broker::getAllRegisteredAdapterNames();
   report.expect(std::find(names.begin(), names.end(), name) != names.end(),
-                "the broker doesn't list the adapter under its name " + quoted(name));
+                "the broker doesn't list the adapter under its name " + inQuotes(name));
   report.expect(Broker::doesSourceExist(source), "the broker says that the good source doesn't exist");
   report.expect(Broker::hasReadingAdapters(source), "the broker knows nobody who reads the good source");
 
   Opening opening(source, section);
-  report.expect(opening.open(), "the broker can't open the good source for the section " + quoted(section));
+  report.expect(opening.open(), "the broker can't open the good source for the section " + inQuotes(section));
   Client client;
   const data::adapter::AdapterError error =
       Broker::getData(source, section, client.container(), {}, client.model());
   report.expect(error.getId() == AdapterDiagnostic::NoDiagnostic,
-                "the broker can't read the good source: " + quoted(error.errorMessage()));
+                "the broker can't read the good source: " + inQuotes(error.errorMessage()));
   report.expect(client.contents().hasVariables(), "the broker gets no variable from the good source");
   Broker::getChecksum(source, section);
   Broker::getExternalSources(source, section);
@@ -81,10 +81,10 @@ inline void servesTheBroker(Subject& subject, Report& report) {
     const data::adapter::AdapterError stated =
         Broker::getData(failing, section, client.container(), {}, client.model());
     report.expect(stated.getId() != AdapterDiagnostic::NoDiagnostic,
-                  "the broker is told of no error when it reads " + quoted(failing));
+                  "the broker is told of no error when it reads " + inQuotes(failing));
     report.expect(
         stated.getId() != AdapterDiagnostic::Unsupported || !stated.getAdapterName().empty(),
-        "the broker does not bring " + quoted(failing) + " to the adapter: has it another extension?");
+        "the broker does not bring " + inQuotes(failing) + " to the adapter: has it another extension?");
   }
 }
 

@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "nd_data_adapter/conformance/Report.h"
 #include "nd_data_adapter/conformance/Subject.h"

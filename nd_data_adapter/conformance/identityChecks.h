@@ -33,10 +33,10 @@ inline void keepsItsNameSectionAndExtensions(Subject& subject, Report& report) {
   const Identity first = Identity::of(*prototype);
   const auto compare = [&](CPPAdapterV2& adapter, const std::string& when) {
     const Identity now = Identity::of(adapter);
-    report.expect(now.name == first.name, "getAdapterName gives " + quoted(now.name) + " " + when +
-                                              " and gave " + quoted(first.name) + " at first");
-    report.expect(now.section == first.section, "getSectionName gives " + quoted(now.section) + " " + when +
-                                                    " and gave " + quoted(first.section) + " at first");
+    report.expect(now.name == first.name, "getAdapterName gives " + inQuotes(now.name) + " " + when +
+                                              " and gave " + inQuotes(first.name) + " at first");
+    report.expect(now.section == first.section, "getSectionName gives " + inQuotes(now.section) + " " + when +
+                                                    " and gave " + inQuotes(first.section) + " at first");
     report.expect(now.extensions == first.extensions,
                   "getSupportedExtensions gives another list " + when + " than at first");
     report.expect(now.type == first.type, "getType gives another type " + when + " than at first");
@@ -93,9 +93,9 @@ inline void listsExtensionsWithTheirDot(Subject& subject, Report& report) {
                 "getSupportedExtensions is empty, so that no source reaches the adapter");
   for (const std::u16string& extension : extensions) {
     const bool isDotted = report.expect(extension.starts_with(u'.'),
-                                        "the extension " + quoted(extension) + " doesn't begin with a dot");
+                                        "the extension " + inQuotes(extension) + " doesn't begin with a dot");
     report.expect(!isDotted || extension.find_first_of(u"./#", 1) == std::u16string::npos,
-                  "no source has the extension " + quoted(extension) +
+                  "no source has the extension " + inQuotes(extension) +
                       ": an extension is what follows the last dot of a file's name");
   }
   for (const std::u16string& source : {subject.goodSource(), subject.otherGoodSource()}) {
@@ -104,7 +104,7 @@ inline void listsExtensionsWithTheirDot(Subject& subject, Report& report) {
         std::any_of(extensions.begin(), extensions.end(), [&](const std::u16string& extension) {
           return lx::text::equalNormalizedIgnoringCase(extension, its);
         });
-    report.expect(isClaimed, "no extension of the list is that of the source " + quoted(source));
+    report.expect(isClaimed, "no extension of the list is that of the source " + inQuotes(source));
   }
 }
 

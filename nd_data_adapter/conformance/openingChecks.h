@@ -56,25 +56,25 @@ inline void tellsGoodSourcesFromAbsentOnes(Subject& subject, Report& report) {
   for (const std::u16string& source : {subject.goodSource(), subject.otherGoodSource()}) {
     const std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
     report.expect(adapter->isSourceValid(source),
-                  "isSourceValid is false for the good source " + quoted(source));
+                  "isSourceValid is false for the good source " + inQuotes(source));
     report.expect(adapter->supportsReading(source),
-                  "supportsReading is false for the good source " + quoted(source));
-    report.expect(adapter->open(source), "open is false for the good source " + quoted(source));
-    report.expect(adapter->hasData(), "hasData is false for the good source " + quoted(source));
+                  "supportsReading is false for the good source " + inQuotes(source));
+    report.expect(adapter->open(source), "open is false for the good source " + inQuotes(source));
+    report.expect(adapter->hasData(), "hasData is false for the good source " + inQuotes(source));
     Client client;
     const Statement statement = client.read(*adapter);
     report.expect(!statement.isFailure(),
-                  "the good source " + quoted(source) + " can't be read: " + quoted(statement.message));
+                  "the good source " + inQuotes(source) + " can't be read: " + inQuotes(statement.message));
     report.expect(client.contents().hasVariables(),
-                  "the good source " + quoted(source) + " gives no variable");
+                  "the good source " + inQuotes(source) + " gives no variable");
   }
   if (!subject.meetsAbsentSources()) return;
   for (const std::u16string& source : subject.absentSources()) {
     const std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
     report.expect(!adapter->isSourceValid(source),
-                  "isSourceValid is true for the absent source " + quoted(source));
-    report.expect(!adapter->open(source), "open is true for the absent source " + quoted(source));
-    report.expect(!adapter->hasData(), "hasData is true for the absent source " + quoted(source));
+                  "isSourceValid is true for the absent source " + inQuotes(source));
+    report.expect(!adapter->open(source), "open is true for the absent source " + inQuotes(source));
+    report.expect(!adapter->hasData(), "hasData is true for the absent source " + inQuotes(source));
   }
 }
 

@@ -33,14 +33,14 @@ inline void checksumFollowsTheContent(Subject& subject, Report& report) {
 
   subject.changeGoodSource();
   const std::u16string changed = adapter->getCurrentChecksum();
-  report.expect(changed != first, "the content has changed, and the checksum is still " + quoted(first));
+  report.expect(changed != first, "the content has changed, and the checksum is still " + inQuotes(first));
   report.expect(checksumOfAnother() == changed,
                 "an adapter that was open before the content changed gives another checksum than one that is "
                 "opened afterwards");
   subject.rewriteGoodSource();
   const std::u16string rewritten = adapter->getCurrentChecksum();
   report.expect(rewritten != changed,
-                "the content has changed, and the checksum is still " + quoted(changed));
+                "the content has changed, and the checksum is still " + inQuotes(changed));
   if (subject.keepsChecksumOfRewrittenSource()) {
     report.expect(rewritten == first,
                   "the content is that of the beginning, and the checksum is another one");
@@ -105,7 +105,7 @@ inline void leavesTheClientsDataAfterAnError(Subject& subject, Report& report) {
   for (const std::u16string& source : sources) {
     const auto compare = [&](const Client& client, const Contents& before, const std::string& who) {
       const Contents after = client.contents();
-      report.expect(after.isStill(before), "The read of " + quoted(source) + " failed, and " + who +
+      report.expect(after.isStill(before), "The read of " + inQuotes(source) + " failed, and " + who +
                                               " holds " + after.describe() + " and no longer " +
                                               before.describe());
     };
@@ -113,7 +113,7 @@ inline void leavesTheClientsDataAfterAnError(Subject& subject, Report& report) {
     client.holdSomething();
     const Contents held = client.contents();
     adapter->open(source);
-    report.expect(client.read(*adapter).isFailure(), "no error is stated for " + quoted(source));
+    report.expect(client.read(*adapter).isFailure(), "no error is stated for " + inQuotes(source));
     compare(client, held, "a client with data from elsewhere");
 
     adapter->open(subject.goodSource());
@@ -133,16 +133,16 @@ inline void statesErrorsWithNameAndSource(Subject& subject, Report& report) {
     const std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
     adapter->open(source);
     const Statement statement = Client().read(*adapter);
-    if (!report.expect(statement.isFailure(), "no error is stated for " + quoted(source))) continue;
+    if (!report.expect(statement.isFailure(), "no error is stated for " + inQuotes(source))) continue;
     const int number = static_cast<int>(statement.diagnostic);
-    report.expect(number >= 1 && number <= 7, "the diagnostic for " + quoted(source) + " is " +
+    report.expect(number >= 1 && number <= 7, "the diagnostic for " + inQuotes(source) + " is " +
                                                   std::to_string(number) +
                                                   ", which is none of the enumeration");
-    report.expect(!statement.message.empty(), "the error for " + quoted(source) + " has no message");
+    report.expect(!statement.message.empty(), "the error for " + inQuotes(source) + " has no message");
     report.expect(statement.adapter == adapter->getAdapterName(),
-                  "the error for " + quoted(source) + " names the adapter " + quoted(statement.adapter));
+                  "the error for " + inQuotes(source) + " names the adapter " + inQuotes(statement.adapter));
     report.expect(statement.source == source,
-                  "the error for " + quoted(source) + " names the source " + quoted(statement.source));
+                  "the error for " + inQuotes(source) + " names the source " + inQuotes(statement.source));
   }
 }
 

@@ -67,7 +67,7 @@ inline void leaksNoArray(Subject& subject, Report& report) {
       adapter->close();
     }
     const std::size_t after = hvGetLiveArrayCount();
-    report.expect(after == before, "after reads of " + quoted(source) + " there are " +
+    report.expect(after == before, "after reads of " + inQuotes(source) + " there are " +
                                        std::to_string(after) + " host arrays, and before there were " +
                                        std::to_string(before));
   }
@@ -78,7 +78,7 @@ inline void keepsNoFileHandle(Subject& subject, Report& report) {
     const std::vector<std::string> before = openFiles();
     const auto expectNone = [&](const std::string& when) {
       const std::string files = openedSince(before);
-      report.expect(files.empty(), "the source is " + quoted(source) + ", and " + when +
+      report.expect(files.empty(), "the source is " + inQuotes(source) + ", and " + when +
                                        " these files are still open: " + files);
     };
     std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
@@ -99,13 +99,13 @@ inline void bearsEmptyPointers(Subject& subject, Report& report) {
   Client client;
   const Statement statement = client.readNowhere(*adapter);
   report.expect(!statement.isFailure(),
-                "a good source can't be read into an empty pointer: " + quoted(statement.message));
+                "a good source can't be read into an empty pointer: " + inQuotes(statement.message));
   client.getConditionalDataNowhere(*adapter);
   client.writeNothing(*adapter);
   for (const std::u16string& source : failingSources(subject)) {
     adapter->open(source);
     report.expect(client.readNowhere(*adapter).isFailure(),
-                  "no error is stated for " + quoted(source) + " if the workspace is an empty pointer");
+                  "no error is stated for " + inQuotes(source) + " if the workspace is an empty pointer");
   }
 }
 
@@ -138,7 +138,7 @@ inline void bearsAnyText(Subject& subject, Report& report) {
       askAll(*adapter);
       adapter->close();
     } catch (...) {
-      const std::string shown = text.size() > 300 ? "a source of 5000 characters and more" : quoted(text);
+      const std::string shown = text.size() > 300 ? "a source of 5000 characters and more" : inQuotes(text);
       report.expect(false, shown +
                                " as a source made an operation throw; only getData and writeData may fail, "
                                "and they state it in their error");
