@@ -71,6 +71,9 @@ inline void makesClonesThatShareNothing(Subject& subject, Report& report) {
   const std::u16string other = subject.otherGoodSource();
   const Answers ofGood = Answers::of(*newAdapter(subject), good);
   const Answers ofOther = Answers::of(*newAdapter(subject), other);
+  report.expect(!subject.answersFromSourceAlone() || !ofGood.contents.equals(ofOther.contents),
+                "the two good sources deliver the same, " + ofGood.contents.describe() +
+                    ", so that they can't be told apart; let the other one have other values");
 
   const std::shared_ptr<CPPAdapterV2> prototype = subject.makeAdapter();
   const std::unique_ptr<CPPAdapterV2> adapter = cloneOf(*prototype);

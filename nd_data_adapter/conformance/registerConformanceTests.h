@@ -25,7 +25,7 @@ inline void expectNothingFound(const Report& report) {
 }
 
 /// A check as a test of GoogleTest.
-class ConformanceTest final : public testing::Test {
+class ConformanceTest : public testing::Test {
  public:
   ConformanceTest(const Check& check, SubjectFactory makeSubject)
       : check_(check), makeSubject_(std::move(makeSubject)) {}
@@ -48,7 +48,7 @@ bool registerConformanceTests(const std::string& suite,
                               const std::source_location& where = std::source_location::current()) {
   for (const Check& check : allChecks) {
     testing::RegisterTest(suite.c_str(), check.name, nullptr, nullptr, where.file_name(),
-                          static_cast<int>(where.line()), [&check]() -> testing::Test* {
+                          static_cast<int>(where.line()), [&check]() -> ConformanceTest* {
                             return new ConformanceTest(check, [] { return std::make_unique<S>(); });
                           });
   }

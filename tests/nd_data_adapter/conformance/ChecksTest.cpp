@@ -172,6 +172,15 @@ TEST(Checks, AskForTheSourcesThatTheSubjectForgot) {
   }
 }
 
+TEST(Checks, AskForTwoGoodSourcesThatCanBeToldApart) {
+  class WithTheSameTwice : public Lines<LineAdapter> {
+   public:
+    std::u16string otherGoodSource() override { return goodSource(); }
+  };
+  EXPECT_THAT(run(checkNamed("MakesClonesThatShareNothing"), make<WithTheSameTwice>).findings(),
+              Contains(HasSubstr("gain = 1, rate = 20 (metadata 'unit'), so that they can't be told apart")));
+}
+
 TEST(Checks, AskLessWhereTheSubjectSaysThatTheAdapterCanNot) {
   class WithoutFailures : public Lines<LineAdapter> {
    public:
