@@ -46,7 +46,8 @@ std::vector<Gain> parse(const std::string& content) {
     words >> value;
     const char* const end = value.data() + value.size();
     const auto read = std::from_chars(value.data(), end, gain.value);
-    if (read.ec != std::errc() || read.ptr != end) throw wrong("expected a number, but found '" + value + "'");
+    if (read.ec != std::errc() || read.ptr != end)
+      throw wrong("expected a number, but found '" + value + "'");
     if (words >> more) throw wrong("expected the end of the line, but found '" + more + "'");
     if (!names.insert(gain.name).second) throw wrong("the name '" + gain.name + "' is there already");
     gains.push_back(gain);

@@ -106,8 +106,8 @@ inline void leavesTheClientsDataAfterAnError(Subject& subject, Report& report) {
     const auto compare = [&](const Client& client, const Contents& before, const std::string& who) {
       const Contents after = client.contents();
       report.expect(after.isStill(before), "The read of " + inQuotes(source) + " failed, and " + who +
-                                              " holds " + after.describe() + " and no longer " +
-                                              before.describe());
+                                               " holds " + after.describe() + " and no longer " +
+                                               before.describe());
     };
     Client client;
     client.holdSomething();

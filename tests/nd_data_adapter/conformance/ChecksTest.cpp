@@ -121,7 +121,7 @@ TEST_P(PlantedFault, IsFoundByTheCheckThatIsThereForIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, PlantedFault, testing::ValuesIn(faults()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& each) { return std::string(each.param.name); });
 
 TEST(Checks, FindNothingInAnAdapterThatKeepsItsContract) {
   for (const Check& check : allChecks) {
