@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "adapters/json/ColumnOrder.h"
-#include "adapters/json/ExactNumber.h"
 #include "platform/host/ArrayData.h"
 #include "platform/host/CellArray.h"
 #include "platform/host/StructArray.h"
@@ -108,6 +107,11 @@ hvArrayPtr makeStructure(BlockStacks& stacks, const Block& block) {
 }
 
 }  // namespace
+
+BlockKind kindOf(NumberClass numberClass) noexcept {
+  if (numberClass == NumberClass::Int64) return BlockKind::Int64;
+  return numberClass == NumberClass::UInt64 ? BlockKind::UInt64 : BlockKind::Double;
+}
 
 std::size_t countElements(const BlockShape& shape) noexcept {
   std::size_t count = 1;

@@ -10,6 +10,7 @@
 #include <boost/container/small_vector.hpp>
 #include <boost/optional.hpp>
 
+#include "adapters/json/ExactNumber.h"
 #include "platform/host/Array.h"
 
 namespace nd::adapters::json {
@@ -52,6 +53,9 @@ struct Block {
   /// The names of the objects' members.
   std::shared_ptr<const MemberNameList> names;
 };
+
+/// Tell what a number is part of.
+BlockKind kindOf(NumberClass numberClass) noexcept;
 
 /// Tell the number of elements.
 std::size_t countElements(const BlockShape& shape) noexcept;

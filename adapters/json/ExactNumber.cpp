@@ -74,6 +74,16 @@ ExactNumber exactNumber(std::string_view literal, double rounded) {
   return spells(literal, rounded) ? asDouble(rounded) : ExactNumber{};
 }
 
+boost::optional<std::uint64_t> unsignedInteger(std::string_view literal) noexcept {
+  if (std::uint64_t value = 0; parse(literal, value)) return value;
+  return boost::none;
+}
+
+boost::optional<std::int64_t> negativeInteger(std::string_view literal) noexcept {
+  if (std::int64_t value = 0; parse(literal, value) && value < 0) return value;
+  return boost::none;
+}
+
 std::string_view numberLiteral(std::string_view text) noexcept {
   return text.substr(0, text.find_first_not_of("0123456789+-.eE"));
 }

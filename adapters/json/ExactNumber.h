@@ -28,6 +28,11 @@ boost::optional<double> nearestDouble(std::string_view literal);
 /// nature. None if an integer fits neither.
 ExactNumber exactNumber(std::string_view literal, double rounded);
 
+/// Read a well-formed number of JSON that is an integer without a sign, or a negative one; none if it is
+/// something else, a negative zero too, or has no place in 64 bits.
+boost::optional<std::uint64_t> unsignedInteger(std::string_view literal) noexcept;
+boost::optional<std::int64_t> negativeInteger(std::string_view literal) noexcept;
+
 /// Give the literal at the beginning of a text that begins with a number.
 std::string_view numberLiteral(std::string_view text) noexcept;
 

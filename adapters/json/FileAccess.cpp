@@ -128,7 +128,7 @@ PaddedText readFile(const std::string& path) {
   return content;
 }
 
-std::u16string checksumOfFile(const std::string& path) {
+std::u16string checksumOfFile(const std::string& path, std::string* head) {
   constexpr std::size_t pieceSize = std::size_t{1} << 18;
   const OpenFile file(path);
   static_cast<void>(file.size());
@@ -136,6 +136,7 @@ std::u16string checksumOfFile(const std::string& path) {
   Checksum checksum;
   while (const std::size_t count = file.read(piece.data(), piece.size())) {
     checksum.add(std::string_view(piece.data(), count));
+    if (head && head->size() < headSize) head->append(piece.data(), std::min(count, headSize - head->size()));
   }
   return checksum.text();
 }

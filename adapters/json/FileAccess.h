@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "adapters/json/PaddedText.h"
@@ -38,8 +39,11 @@ void checkFile(const std::string& path);
 /// call doesn't wait for anyone. Raises `FileFailure`.
 PaddedText readFile(const std::string& path);
 
+/// How much of a file counts as its beginning, in bytes.
+inline constexpr std::size_t headSize = std::size_t{1} << 16;
+
 /// Give the checksum of a regular file's content, as `checksumOf` does of the same bytes, with little memory
-/// whatever its size. Raises `FileFailure`.
-std::u16string checksumOfFile(const std::string& path);
+/// whatever its size; and its beginning, if that is wanted. Raises `FileFailure`.
+std::u16string checksumOfFile(const std::string& path, std::string* head = nullptr);
 
 }  // namespace nd::adapters::json

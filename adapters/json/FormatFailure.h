@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "adapters/json/Place.h"
 #include "platform/services/CatalogMessage.h"
 
@@ -10,6 +12,9 @@ class FormatFailure : public lx::services::CatalogMessage {
  public:
   /// Make the failure of a text that is wrong at a place as a message says.
   FormatFailure(const Place& place, const lx::services::CatalogMessage& fault);
+
+  /// Make the failure of a source of which an included file is wrong; the sentence names that file.
+  FormatFailure(const FormatFailure& failure, std::string_view includedFile);
 
   const Place& place() const noexcept { return place_; }
 

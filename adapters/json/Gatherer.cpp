@@ -1,6 +1,7 @@
 #include "adapters/json/Gatherer.h"
 
 #include <algorithm>
+#include <bit>
 #include <iterator>
 #include <span>
 #include <string>
@@ -65,6 +66,7 @@ void Gatherer::add(Block&& block, std::size_t offset) {
   if (count_ == 0) {
     element_ = std::move(block);
   } else if (element_.kind == BlockKind::Array || !unite(block, offset)) {
+    noteClash(block, offset);
     hvArrayPtr cell = takeArray(stacks_, block);
     turnToCells();
     stacks_.arrays.push_back(std::move(cell));
@@ -86,13 +88,14 @@ bool Gatherer::uniteNumbers(Block& block, std::size_t offset) {
   const std::size_t before = block.begin - element_.begin;
   const Numbers mine{all.first(before), element_.kind, text_.substr(0, offset)};
   const Numbers its{all.subspan(before), block.kind, block.excerpt};
-  const bool isUnsigned = mine.kind == BlockKind::UInt64 || its.kind == BlockKind::UInt64;
-  const BlockKind target = isUnsigned ? BlockKind::UInt64 : BlockKind::Int64;
-  if (!mine.canBe(target) || !its.canBe(target)) return false;
-  mine.become(target);
-  its.become(target);
-  element_.kind = target;
-  return true;
+  for (const BlockKind target : {BlockKind::Int64, BlockKind::UInt64}) {
+    if (!mine.canBe(target) || !its.canBe(target)) continue;
+    mine.become(target);
+    its.become(target);
+    element_.kind = target;
+    return true;
+  }
+  return false;
 }
 
 bool Gatherer::uniteObjects(const Block& block) {
@@ -107,6 +110,17 @@ bool Gatherer::uniteObjects(const Block& block) {
     ordered.push_back(std::move(values[static_cast<std::ptrdiff_t>(position)]));
   std::move(ordered.begin(), ordered.end(), values);
   return true;
+}
+
+void Gatherer::noteClash(const Block& block, std::size_t offset) {
+  const BlockShape& shape = element_.kind == BlockKind::Array ? clashShape_ : element_.shape;
+  const bool isLike = isNumeric(block.kind) && block.shape == shape;
+  if (element_.kind == BlockKind::Array) {
+    if (!isLike) clash_ = boost::none;
+  } else if (isLike && isNumeric(element_.kind)) {
+    clashShape_ = element_.shape;
+    clash_ = offset;
+  }
 }
 
 void Gatherer::turnToCells() {

@@ -46,6 +46,10 @@ class Gatherer {
   /// Add the block on top of the stacks, which begins at an offset of the text.
   void add(Block&& block, std::size_t offset);
 
+  /// Tell where the first number stands that has no class in common with those before it, if all elements so
+  /// far are numbers, or arrays of numbers of one shape. Offsets are those that `add` was given.
+  const boost::optional<std::size_t>& clash() const noexcept { return clash_; }
+
   /// Give the block of the whole array.
   Block finish();
 
@@ -53,6 +57,7 @@ class Gatherer {
   bool unite(Block& block, std::size_t offset);
   bool uniteNumbers(Block& block, std::size_t offset);
   bool uniteObjects(const Block& block);
+  void noteClash(const Block& block, std::size_t offset);
   void turnToCells();
   Block finishCells();
 
@@ -61,6 +66,9 @@ class Gatherer {
   /// What each element is like; its beginning is that of the first one. Elements that differ are arrays.
   Block element_;
   std::size_t count_ = 0;
+  boost::optional<std::size_t> clash_;
+  /// What shape all elements of a clash have.
+  BlockShape clashShape_;
 };
 
 }  // namespace nd::adapters::json

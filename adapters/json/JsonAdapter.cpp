@@ -2,21 +2,18 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <memory>
 #include <string_view>
 #include <utility>
 
-#include "adapters/json/Checksum.h"
 #include "adapters/json/FileAccess.h"
 #include "adapters/json/FormatFailure.h"
-#include "adapters/json/Reader.h"
+#include "adapters/json/MetaData.h"
+#include "adapters/json/SourceFiles.h"
 #include "adapters/json/WorkspaceReplacement.h"
 #include "adapters/json/messages.h"
 #include "nd_data_adapter/model/AdapterDiagnostic.h"
 #include "nd_data_adapter/model/AdapterError.h"
-#include "nd_data_adapter/model/MetaDataEntry.h"
 #include "nd_data_adapter/model/URIOperations.h"
-#include "platform/foundation/ElementMap.h"
 #include "platform/services/CatalogMessage.h"
 #include "platform/services/FileSystem.h"
 #include "platform/text/Convert.h"
@@ -42,6 +39,18 @@ AdapterDiagnostic diagnosticOf(FileFailureKind kind) {
       break;
   }
   return AdapterDiagnostic::Inaccessible;
+}
+
+void checkRights(const std::string& path, const std::u16string& location) {
+  // The system's own refusal names the cause; beyond that the host may forbid more than the system does.
+  checkFile(path);
+  try {
+    const FileSystem& host = FileSystem::current();
+    if (host.access(location, FileSystem::read_access)) return;
+    throw fileFailure(host.exists(location) ? EACCES : ENOENT);
+  } catch (const std::filesystem::filesystem_error& error) {
+    throw fileFailure(error.code().value());
+  }
 }
 
 }  // namespace
@@ -80,7 +89,7 @@ bool JsonAdapter::open(const std::u16string& source) {
   path_ = std::move(path);
   isOpen_ = true;
   try {
-    checkRights();
+    checkRights(path_, location_);
   } catch (const FileFailure&) {
     return false;
   }
@@ -96,18 +105,28 @@ bool JsonAdapter::close() {
 std::u16string JsonAdapter::getCurrentChecksum() {
   if (!isOpen_) return {};
   try {
-    checkRights();
-    return checksumOfFile(path_);
+    return SourceFiles::survey(path_, rights()).checksum();
   } catch (const FileFailure&) {
     return {};
   }
 }
 
+std::vector<std::u16string> JsonAdapter::getExternalSources() {
+  if (!isOpen_) return {};
+  std::vector<std::u16string> sources;
+  try {
+    for (const std::string& path : SourceFiles::survey(path_, rights()).included())
+      sources.push_back(lx::text::toUtf16(path));
+  } catch (const FileFailure&) {
+    return {};
+  }
+  return sources;
+}
+
 bool JsonAdapter::hasData() {
   if (!isOpen_) return false;
   try {
-    checkRights();
-    return !readVariables(readFile(path_)).empty();
+    return !SourceFiles::read(path_, rights()).takeDocument().variables.empty();
   } catch (const FileFailure&) {
     return false;
   } catch (const FormatFailure&) {
@@ -140,30 +159,22 @@ bool JsonAdapter::writeData(const Workspace&, const Workspace&, MetaDataCache&,
 
 void JsonAdapter::read(const Workspace& dataCache, MetaDataCache& metaDataCache,
                        const std::u16string& prevChecksum) {
-  checkRights();
-  auto content = std::make_unique<PaddedText>(readFile(path_));
-  std::u16string checksum = checksumOf(content->content());
+  SourceFiles files = SourceFiles::read(path_, rights());
+  std::u16string checksum = files.checksum();
   if (prevChecksum == checksum && wasReadInto(dataCache, checksum)) return;
-  const std::vector<Variable> variables = readVariables(*content);
-  content.reset();
+  const Document document = files.takeDocument();
 
-  WorkspaceReplacement replacement(dataCache, variables);
-  metaDataCache.clear();
+  WorkspaceReplacement replacement(dataCache, document.variables);
+  replaceMetaData(metaDataCache, document.metaData);
   replacement.keep();
   lastChecksum_ = std::move(checksum);
   lastWorkspace_ = dataCache;
 }
 
-void JsonAdapter::checkRights() const {
-  // The system's own refusal names the cause; beyond that the host may forbid more than the system does.
-  checkFile(path_);
-  try {
-    const FileSystem& host = FileSystem::current();
-    if (host.access(location_, FileSystem::read_access)) return;
-    throw fileFailure(host.exists(location_) ? EACCES : ENOENT);
-  } catch (const std::filesystem::filesystem_error& error) {
-    throw fileFailure(error.code().value());
-  }
+std::function<void(const std::string& path)> JsonAdapter::rights() const {
+  return [this](const std::string& path) {
+    checkRights(path, path == path_ ? location_ : lx::text::toUtf16(path));
+  };
 }
 
 bool JsonAdapter::wasReadInto(const Workspace& dataCache, const std::u16string& checksum) const {

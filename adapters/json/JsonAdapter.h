@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,8 @@ namespace nd::adapters::json {
 ///     if (!adapter.getData(workspace, metaDataCache, u"", error)) show(error.errorMessage());
 ///     adapter.close();
 ///
-/// The file is read whole at each `getData` and closed again; between reads the adapter holds nothing of it.
-/// Data and metadata of the client are replaced once all of the file has been read, and stay as they are if
+/// Its files are read whole at each `getData` and closed again; between reads the adapter holds nothing of
+/// them. Data and metadata of the client are replaced once all of it has been read, and stay as they are if
 /// it can't be.
 class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
  public:
@@ -41,13 +42,19 @@ class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
   bool open(const std::u16string& source) override;
   bool close() override;
 
-  /// Give the checksum of the file's content as it is now; empty if the file can't be read.
+  /// List the paths of the files that the source includes now, directly or through others.
+  std::vector<std::u16string> getExternalSources() override;
+
+  /// Give the checksum of the content as it is now, that of included files too; empty if the file of the
+  /// source can't be read.
   std::u16string getCurrentChecksum() override;
 
   /// Tell whether the file can be read and holds at least one variable. That takes as long as reading it.
   bool hasData() override;
 
-  /// Read the file into the workspace and leave no metadata.
+  /// Read the file, and those that it includes, into the workspace, and what it says about variables into
+  /// the metadata: an entry under the variable's name, with a `DataContainer` whose `DataCache` holds unit,
+  /// description and what else there is.
   ///
   /// If `prevChecksum` is that of the content now, and this object has read the same content into the same
   /// workspace before, both caches are left as they are. Failures: `Inaccessible` for a file that isn't
@@ -64,7 +71,7 @@ class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
 
  private:
   void read(const Workspace& dataCache, MetaDataCache& metaDataCache, const std::u16string& prevChecksum);
-  void checkRights() const;
+  std::function<void(const std::string& path)> rights() const;
   bool wasReadInto(const Workspace& dataCache, const std::u16string& checksum) const;
 
   bool isOpen_ = false;

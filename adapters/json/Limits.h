@@ -13,6 +13,9 @@ inline constexpr std::uint64_t maximumFileSize = std::uint64_t{2} << 30;
 /// reader's recursion is bounded by it, and cells and structures of the host nest at least this deep.
 inline constexpr std::size_t maximumDepth = 256;
 
+/// How many files may include one another in a row; the first one counts.
+inline constexpr std::size_t maximumIncludeDepth = 64;
+
 /// The longest name of a variable, in bytes.
 inline constexpr std::size_t maximumVariableNameLength = 4096;
 

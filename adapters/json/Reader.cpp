@@ -14,7 +14,9 @@
 #include <simdjson.h>
 
 #include "adapters/json/Block.h"
+#include "adapters/json/DollarNames.h"
 #include "adapters/json/ExactNumber.h"
+#include "adapters/json/ExactReader.h"
 #include "adapters/json/FormatFailure.h"
 #include "adapters/json/Gatherer.h"
 #include "adapters/json/Limits.h"
@@ -45,15 +47,15 @@ class Reader {
  public:
   explicit Reader(std::string_view text) : text_(text) {}
 
-  std::vector<Variable> read() {
+  Document read() {
     const simdjson::padded_string_view padded(text_.data(), text_.size(),
                                               text_.size() + simdjson::SIMDJSON_PADDING);
     take(parser_.iterate(padded), document_);
     ondemand::object top;
     take(document_.get_object(), top);
-    std::vector<Variable> variables = readTop(top);
+    Document content = readTop(top);
     if (document_.current_location().error() != simdjson::OUT_OF_BOUNDS) refuse(simdjson::TRAILING_CONTENT);
-    return variables;
+    return content;
   }
 
  private:
@@ -92,7 +94,7 @@ class Reader {
     return static_cast<std::size_t>(position - text_.data());
   }
 
-  std::size_t offsetOf(ondemand::value& value) { return offsetOf(value.raw_json_token().data()); }
+  std::size_t offsetOf(ondemand::value& value) const { return offsetOf(value.raw_json_token().data()); }
 
   /// The text from an offset to the token that comes next.
   std::string_view excerptFrom(std::size_t begin) {
@@ -101,16 +103,34 @@ class Reader {
     return text_.substr(begin, offsetOf(next) - begin);
   }
 
-  std::vector<Variable> readTop(ondemand::object top) {
+  Document readTop(ondemand::object top) {
     const Level level(*this);
-    std::vector<Variable> variables;
+    Document content;
     MemberNames names;
+    bool isFirst = true;
     readMembers(top, names, [&](std::string_view name, ondemand::value& value) {
-      if (!isVariableName(name) || isTooLongForVariable(name)) throw Refusal{"a name is none for a variable"};
-      variables.push_back({std::string(name), nullptr});
-      variables.back().value = takeArray(stacks_, readValue(value));
+      if (isDollarName(name)) {
+        checkNameAtTop(std::string(name), isFirst, offsetOf(value));
+        if (name == metaDataName) {
+          content.metaData = exactReaderAt(value).metaData();
+        } else {
+          static_cast<void>(exactReaderAt(value).includes());
+        }
+      } else {
+        if (!isVariableName(name) || isTooLongForVariable(name))
+          throw Refusal{"a name is none for a variable"};
+        content.variables.push_back({std::string(name), nullptr});
+        content.variables.back().value = takeArray(stacks_, readValue(value));
+      }
+      isFirst = false;
     });
-    return variables;
+    return content;
+  }
+
+  /// Objects whose names begin with "$" have rules of their own. The parser isn't told that they have been
+  /// read: it passes over them.
+  ExactReader exactReaderAt(ondemand::value& value) const {
+    return ExactReader(text_, offsetOf(value), depth_);
   }
 
   template <typename Visit>
@@ -168,6 +188,7 @@ class Reader {
       }
       gatherer.add(readValue(element, gatherer.expectedNames()), offset - begin);
     }
+    if (gatherer.clash()) throw Refusal{"numbers have no class in common"};
     Block block = gatherer.finish();
     if (isNumeric(block.kind)) block.excerpt = excerptFrom(begin);
     return block;
@@ -184,13 +205,21 @@ class Reader {
     stacks_.numbers.reserve(std::max(2 * count, expected + expected / 16));
   }
 
+  Block readTagged(ondemand::value& value) {
+    hvArrayPtr array = exactReaderAt(value).value();
+    stacks_.arrays.push_back(std::move(array));
+    return {BlockKind::Array, {}, stacks_.arrays.size() - 1, {}, nullptr};
+  }
+
   Block readObject(ondemand::value& value, const std::shared_ptr<const MemberNameList>& expectedNames) {
+    if (beginsTaggedValue(text_.substr(offsetOf(value)))) return readTagged(value);
     const Level level(*this);
     ondemand::object object;
     take(value.get_object(), object);
     const std::size_t begin = stacks_.arrays.size();
     MemberNames names(expectedNames);
-    readMembers(object, names, [&](std::string_view, ondemand::value& member) {
+    readMembers(object, names, [&](std::string_view name, ondemand::value& member) {
+      if (isDollarName(name)) throw Refusal{"a plain object has a name that begins with a dollar sign"};
       hvArrayPtr array = takeArray(stacks_, readValue(member));
       stacks_.arrays.push_back(std::move(array));
     });
@@ -230,21 +259,9 @@ class Reader {
   Block numberBlock(double rounded, std::size_t offset) {
     const std::string_view literal = numberLiteral(text_.substr(offset));
     const ExactNumber number = exactNumber(literal, rounded);
-    BlockKind kind = BlockKind::Double;
-    switch (number.numberClass) {
-      case NumberClass::Double:
-        break;
-      case NumberClass::Int64:
-        kind = BlockKind::Int64;
-        break;
-      case NumberClass::UInt64:
-        kind = BlockKind::UInt64;
-        break;
-      case NumberClass::None:
-        throw Refusal{"an integer is too large"};
-    }
+    if (number.numberClass == NumberClass::None) throw Refusal{"an integer is too large"};
     stacks_.numbers.push_back(number.bits);
-    return {kind, {}, stacks_.numbers.size() - 1, literal, nullptr};
+    return {kindOf(number.numberClass), {}, stacks_.numbers.size() - 1, literal, nullptr};
   }
 
   Block readString(ondemand::value& value) {
@@ -280,7 +297,7 @@ class Reader {
 
 }  // namespace
 
-std::vector<Variable> readVariables(const PaddedText& content) {
+Document readDocument(const PaddedText& content) {
   const std::string_view text = content.text();
   try {
     return Reader(text).read();
@@ -288,6 +305,11 @@ std::vector<Variable> readVariables(const PaddedText& content) {
     if (const auto fault = findFault(text)) throw FormatFailure(placeOf(text, fault->offset), fault->message);
     throw FormatFailure(placeOf(text, text.size()),
                         messages::UnexplainedRefusal(lx::text::toUtf16(refusal.reason)));
+  } catch (const Fault& found) {
+    // Something that stands before it may be at fault too.
+    const auto first = findFault(text);
+    const Fault& fault = first ? *first : found;
+    throw FormatFailure(placeOf(text, fault.offset), fault.message);
   }
 }
 

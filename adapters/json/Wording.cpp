@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "adapters/json/CodePoint.h"
+#include "adapters/json/ExactNumber.h"
 #include "adapters/json/characters.h"
 #include "platform/host/ArrayText.h"
 
@@ -46,6 +47,11 @@ std::string describeFound(std::string_view text, std::size_t offset) {
   return "U+" + hexadecimal(found.value, 4);
 }
 
+std::string describeNumber(std::string_view text, std::size_t offset) {
+  const std::string_view literal = numberLiteral(text.substr(offset));
+  return literal.empty() ? describeFound(text, offset) : shorten(literal);
+}
+
 std::string shorten(std::string_view text) {
   // Cut ahead of the escaping too, so that many megabytes cost no more than a line.
   constexpr std::size_t longestSequence = 4;
@@ -54,6 +60,10 @@ std::string shorten(std::string_view text) {
 
 std::string quoteName(std::string_view name) {
   return "\"" + shorten(name) + "\"";
+}
+
+std::string quotePath(std::string_view path) {
+  return "\"" + hvEscape(path) + "\"";
 }
 
 }  // namespace nd::adapters::json

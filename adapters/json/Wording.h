@@ -11,10 +11,16 @@ namespace nd::adapters::json {
 /// text". A word that begins with an ASCII letter is told whole.
 std::string describeFound(std::string_view text, std::size_t offset);
 
+/// As above, but a number is told whole.
+std::string describeNumber(std::string_view text, std::size_t offset);
+
 /// Give a piece of a text so that it fits a line and can't drive a terminal; what is cut off is shown as "…".
 std::string shorten(std::string_view text);
 
 /// As above, in double quotes.
 std::string quoteName(std::string_view name);
+
+/// Give the path of a file whole, in double quotes, so that it can't drive a terminal.
+std::string quotePath(std::string_view path);
 
 }  // namespace nd::adapters::json

@@ -4,7 +4,7 @@
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 
-#include "adapters/json/Reader.h"
+#include "adapters/json/Document.h"
 
 struct inWorkSpace_tag;
 

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "adapters/json/Block.h"
+#include "adapters/json/Document.h"
+#include "adapters/json/MemberNames.h"
+#include "adapters/json/TextScan.h"
+
+namespace nd::adapters::json {
+
+/// Reads a text of JSON, or a piece of it, slowly and exactly: what is wrong first is thrown first, as a
+/// `Fault` with its place. What it reads is what `readDocument` reads.
+///
+///     Document document = ExactReader(text).document();
+///
+/// It serves where the parser can't: to word what is wrong with a text, and to read the objects whose names
+/// begin with "$", as they are read by other rules than the rest.
+class ExactReader {
+ public:
+  /// Begin at an offset of a text, within so many levels of objects and arrays.
+  explicit ExactReader(std::string_view text, std::size_t offset = 0, std::size_t depth = 0) noexcept
+      : scan_(text, offset), depth_(depth) {}
+
+  /// Read all of the text.
+  Document document();
+
+  /// Read the value here.
+  hvArrayPtr value();
+
+  /// Read the value of "$meta" here.
+  std::vector<VariableMetaData> metaData();
+
+  /// Read the value of "$include" here.
+  std::vector<Include> includes();
+
+  /// Read what the text includes and nothing beyond that: "$include" stands ahead of all other members.
+  std::vector<Include> leadingIncludes();
+
+  TextScan& scan() noexcept { return scan_; }
+
+  /// Pass the object here: `check(name, offset)` for each name, and `read(name)` at its value.
+  template <typename Check, typename Read>
+  std::shared_ptr<const MemberNameList> forEachMember(const Check& check, const Read& read);
+
+  /// Pass the array here: `read(isFirst)` at each element.
+  template <typename Read>
+  void forEachElement(const Read& read);
+
+ private:
+  void enter();
+  void leave() noexcept;
+  void passColon();
+  bool passCommaBehindMember();
+  bool passCommaBehindElement();
+  void addName(MemberNames& names, const std::string& name, std::size_t offset) const;
+
+  Block block(bool isFirstElement);
+  Block object();
+  Block array();
+  Block number();
+  Block text(boost::optional<std::u16string> text);
+  Block truth(bool truth);
+  VariableMetaData metaDataOf(const std::string& variable, std::size_t offset);
+
+  TextScan scan_;
+  std::size_t depth_;
+  BlockStacks stacks_;
+};
+
+template <typename Check, typename Read>
+std::shared_ptr<const MemberNameList> ExactReader::forEachMember(const Check& check, const Read& read) {
+  MemberNames names;
+  enter();
+  if (!scan_.isAt('}')) {
+    do {
+      const std::size_t offset = scan_.offset();
+      const std::string name = scan_.string();
+      addName(names, name, offset);
+      check(name, offset);
+      passColon();
+      read(name);
+    } while (passCommaBehindMember());
+  }
+  leave();
+  return names.finish();
+}
+
+template <typename Read>
+void ExactReader::forEachElement(const Read& read) {
+  enter();
+  if (!scan_.isAt(']')) {
+    bool isFirst = true;
+    do {
+      scan_.skipSpace();
+      read(isFirst);
+      isFirst = false;
+    } while (passCommaBehindElement());
+  }
+  leave();
+}
+
+}  // namespace nd::adapters::json
