@@ -26,6 +26,7 @@ AdapterFixture::AdapterFixture() : container_(DataContainer::create(model_)) {
 
 AdapterFixture::~AdapterFixture() {
   container_.destroyContainer();
+  container_.impl()->getMetaDataCacheMutable().clear();
   inClearArraysInDesiredWS(workspace_);
   EXPECT_EQ(hvGetLiveArrayCount(), arraysBefore_);
 }

@@ -4,6 +4,7 @@
 #include <limits>
 #include <string>
 
+#include <boost/optional/optional_io.hpp>
 #include <gtest/gtest.h>
 
 #include "adapters/json/ExactNumber.h"
@@ -14,8 +15,10 @@ using nd::adapters::json::fitsUInt64;
 using nd::adapters::json::holdsOnlyIntegers;
 using nd::adapters::json::isExactAsDouble;
 using nd::adapters::json::nearestDouble;
+using nd::adapters::json::negativeInteger;
 using nd::adapters::json::NumberClass;
 using nd::adapters::json::numberLiteral;
+using nd::adapters::json::unsignedInteger;
 
 namespace {
 
@@ -159,4 +162,20 @@ TEST(NearestDouble, IsZeroWithItsSignForWhatIsTooSmall) {
     ASSERT_TRUE(negative) << literal;
     EXPECT_EQ(std::bit_cast<std::uint64_t>(*negative), std::bit_cast<std::uint64_t>(-0.0)) << literal;
   }
+}
+
+TEST(UnsignedInteger, IsWhatHasNoSignAndNoFraction) {
+  EXPECT_EQ(unsignedInteger("0"), boost::optional<std::uint64_t>(0));
+  EXPECT_EQ(unsignedInteger("18446744073709551615"),
+            boost::optional<std::uint64_t>(std::numeric_limits<std::uint64_t>::max()));
+  for (const char* literal : {"18446744073709551616", "-1", "-0", "1.0", "1e0"})
+    EXPECT_FALSE(unsignedInteger(literal)) << literal;
+}
+
+TEST(NegativeInteger, IsWhatHasASignAndIsNotZero) {
+  EXPECT_EQ(negativeInteger("-1"), boost::optional<std::int64_t>(-1));
+  EXPECT_EQ(negativeInteger("-9223372036854775808"),
+            boost::optional<std::int64_t>(std::numeric_limits<std::int64_t>::min()));
+  for (const char* literal : {"-9223372036854775809", "1", "0", "-0", "-1.0"})
+    EXPECT_FALSE(negativeInteger(literal)) << literal;
 }

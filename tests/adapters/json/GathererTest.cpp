@@ -1,3 +1,4 @@
+#include <boost/optional/optional_io.hpp>
 #include <gtest/gtest.h>
 
 #include "adapters/json/Gatherer.h"
@@ -52,6 +53,26 @@ TEST(Gatherer, TakesDoublesOnlyAmongDoubles) {
   Gatherer another(stacks, "");
   another.add(truth(stacks, true), 0);
   EXPECT_FALSE(another.takesDoubles());
+}
+
+TEST(Gatherer, TellsWhereANumberClashesForAsLongAsAllAreNumbers) {
+  BlockStacks stacks;
+  const auto great = [&stacks] {
+    stacks.numbers.push_back(9007199254740993U);
+    return Block{BlockKind::Int64, {}, stacks.numbers.size() - 1, "9007199254740993", nullptr};
+  };
+  Gatherer gatherer(stacks, "[0.5, 9007199254740993, 1, true]");
+  gatherer.addDouble(0.5);
+  EXPECT_FALSE(gatherer.clash());
+  gatherer.add(great(), 6);
+  EXPECT_EQ(gatherer.clash(), boost::optional<std::size_t>(6));
+  gatherer.add(great(), 24);
+  EXPECT_EQ(gatherer.clash(), boost::optional<std::size_t>(6));
+  gatherer.add(truth(stacks, true), 27);
+  EXPECT_FALSE(gatherer.clash());
+  gatherer.add(great(), 30);
+  EXPECT_FALSE(gatherer.clash());
+  EXPECT_EQ(gatherer.finish().kind, BlockKind::Array);
 }
 
 TEST(Gatherer, LeavesOneFinishedArrayOnceElementsDiffer) {

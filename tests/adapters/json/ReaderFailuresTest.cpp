@@ -23,7 +23,8 @@ constexpr const char* goodText =
     "{\n  \"gain\": 2.5, \"table\": [[1, 2], [3, -4e1]],\n"
     "  \"\\u0061\": [\"x\", null, \"\xC3\xA4\\n\\ud83d\\ude00\"], \"on\": [true, false],\n"
     "  \"mixed\": [null, {}, [], {\"k\": 9007199254740993}],\n  \"s\": [{\"p\": 1, \"q\": 2}, {\"q\": 3, "
-    "\"p\": 4}]\n}";
+    "\"p\": 4}],\n \"t\": {\"$class\": \"uint8\", \"$size\": [1, 2], \"$data\": [1, 2]}, "
+    "\"$meta\": {\"gain\": {\"unit\": \"V\"}}\n}";
 
 /// Changes a text at random as a slip of the hand would.
 class Mutation {

@@ -12,7 +12,7 @@
 #include "tests/support/AllocationFault.h"
 
 using nd::adapters::json::PaddedText;
-using nd::adapters::json::readVariables;
+using nd::adapters::json::readDocument;
 using nd::adapters::json::Variable;
 
 namespace {
@@ -29,15 +29,19 @@ bool areEqual(const std::vector<Variable>& left, const std::vector<Variable>& ri
 TEST(ReaderMemory, PassesOnThatAnAllocationFailsAndLeavesNoArrayBehind) {
   const PaddedText content(std::string_view(
       R"({"a": 1, "b": [[1, 2], [3, 9007199254740993], "x"], "c": ["a", null, "\u00e4"], "d": [[true], [false]],
-          "e": [{"p": 1, "q": [1, {}]}, {"q": null, "p": "t"}, {"p": 3}], "f": [null, [null]], "g": {"h": {}}})"));
-  const std::vector<Variable> expected = readVariables(content);
+          "e": [{"p": 1, "q": [1, {}]}, {"q": null, "p": "t"}, {"p": 3}], "f": [null, [null]], "g": {"h": {}},
+          "i": {"$class": "struct", "$size": [1, 2], "$fields": ["p"], "$data": [[{"$class": "cell", "$size": [1, 1],
+          "$data": ["x"]}], [{"$class": "string", "$size": [1, 2], "$data": ["y", null]}]]},
+          "j": {"$class": "single", "$size": [1, 1], "$data": [1], "$imaginary": ["NaN"]},
+          "$meta": {"a": {"unit": "V", "limits": [1, 2]}}})"));
+  const std::vector<Variable> expected = readDocument(content).variables;
   const std::size_t arrays = hvGetLiveArrayCount();
   std::size_t failures = 0;
   for (std::size_t number = 1;; ++number) {
     const AllocationFault fault(number);
     try {
       // Memory that it can do without may be missing.
-      EXPECT_TRUE(areEqual(readVariables(content), expected)) << "allocation " << number;
+      EXPECT_TRUE(areEqual(readDocument(content).variables, expected)) << "allocation " << number;
     } catch (const std::bad_alloc&) {
       ++failures;
     }
@@ -54,7 +58,7 @@ TEST(ReaderMemory, PassesItOnWhileItSaysWhatIsWrongWithAText) {
   for (std::size_t number = 1;; ++number) {
     const AllocationFault fault(number);
     try {
-      readVariables(content);
+      readDocument(content);
       ADD_FAILURE() << "it was read";
     } catch (const std::bad_alloc&) {
       EXPECT_TRUE(fault.hasOccurred()) << "allocation " << number;

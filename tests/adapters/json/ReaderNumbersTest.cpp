@@ -1,6 +1,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
@@ -89,49 +90,67 @@ TEST(ReaderNumbers, ReadsMatricesOfIntegersLikewise) {
                       uint64s({2, 1}, {9007199254740993U, 18446744073709551615U})));
 }
 
-TEST(ReaderNumbers, ReadsNumbersThatNoClassHoldsTogetherAsCellsSoThatNothingIsLost) {
-  const auto great = [] { return int64s({1, 1}, {9007199254740993}); };
-  EXPECT_TRUE(readsAs("[1.5, 9007199254740993]", cells(scalar(1.5), great())));
-  EXPECT_TRUE(readsAs("[9007199254740993, 1.5]", cells(great(), scalar(1.5))));
-  EXPECT_TRUE(readsAs("[2.0, 9007199254740993]", cells(scalar(2), great())));
-  EXPECT_TRUE(readsAs("[2e0, 9007199254740993]", cells(scalar(2), great())));
-  EXPECT_TRUE(readsAs("[9007199254740993, 2E0]", cells(great(), scalar(2))));
-  EXPECT_TRUE(readsAs("[-0, 9007199254740993]", cells(scalar(-0.0), great())));
-  EXPECT_TRUE(readsAs("[9007199254740993, -0]", cells(great(), scalar(-0.0))));
-  EXPECT_TRUE(
-      readsAs("[9007199254740993, 18446744073709551616]", cells(great(), scalar(18446744073709551616.0))));
+TEST(ReaderNumbers, ReadsIntegersThatOnlyUint64HoldsTogetherAsSuch) {
+  const auto both = [] { return uint64s({1, 2}, {9007199254740993U, 9223372036854775808U}); };
+  EXPECT_TRUE(readsAs("[9007199254740993, 9223372036854775808]", both()));
+  EXPECT_TRUE(readsAs("[9223372036854775808, 1, 9007199254740993]",
+                      uint64s({1, 3}, {9223372036854775808U, 1, 9007199254740993U})));
 }
 
-TEST(ReaderNumbers, KeepsNegativeIntegersApartFromThoseBeyondInt64WhateverTheirOrder) {
-  const auto greatest = [] { return uint64s({1, 1}, {18446744073709551615U}); };
-  EXPECT_TRUE(readsAs("[-1, 18446744073709551615]", cells(scalar(-1), greatest())));
-  EXPECT_TRUE(readsAs("[18446744073709551615, -1]", cells(greatest(), scalar(-1))));
-  EXPECT_TRUE(readsAs("[-9007199254740993, 18446744073709551615]",
-                      cells(int64s({1, 1}, {-9007199254740993}), greatest())));
-  EXPECT_TRUE(readsAs("[18446744073709551615, -9007199254740993]",
-                      cells(greatest(), int64s({1, 1}, {-9007199254740993}))));
+TEST(ReaderNumbers, RefusesFractionsBesideAnIntegerThatADoubleMisses) {
+  const std::string words =
+      ": expected a number that one class holds exactly together with those before it, "
+      "but found ";
+  EXPECT_EQ(failureOf(R"({"a": [1.5, 9007199254740993]})"), "line 1, column 13" + words + "9007199254740993");
+  EXPECT_EQ(failureOf(R"({"a": [9007199254740993, 1.5]})"), "line 1, column 26" + words + "1.5");
+  EXPECT_EQ(failureOf(R"({"a": [2.0, 9007199254740993]})"), "line 1, column 13" + words + "9007199254740993");
+  EXPECT_EQ(failureOf(R"({"a": [9007199254740993, 2E0]})"), "line 1, column 26" + words + "2E0");
+  EXPECT_EQ(failureOf(R"({"a": [9007199254740993, -0]})"), "line 1, column 26" + words + "-0");
+  EXPECT_EQ(failureOf(R"({"a": [1, 0.5, 2, 9007199254740993, 3]})"),
+            "line 1, column 19" + words + "9007199254740993");
+  EXPECT_EQ(failureOf(R"({"a": [9007199254740993, 18446744073709551616]})"),
+            "line 1, column 26" + words + "18446744073709551616");
+}
+
+TEST(ReaderNumbers, RefusesNegativeIntegersBesideThoseBeyondInt64WhateverTheirOrder) {
+  const std::string words =
+      ": expected a number that one class holds exactly together with those before it, "
+      "but found ";
+  EXPECT_EQ(failureOf(R"({"a": [-1, 18446744073709551615]})"),
+            "line 1, column 12" + words + "18446744073709551615");
+  EXPECT_EQ(failureOf(R"({"a": [18446744073709551615, -1]})"), "line 1, column 30" + words + "-1");
+  EXPECT_EQ(failureOf(R"({"a": [-9007199254740993, 18446744073709551615]})"),
+            "line 1, column 27" + words + "18446744073709551615");
+}
+
+TEST(ReaderNumbers, RefusesSuchNumbersInArraysOfOneShapeToo) {
+  const std::string words =
+      ": expected a number that one class holds exactly together with those before it, "
+      "but found '['";
+  EXPECT_EQ(failureOf(R"({"a": [[1.5, 2], [3, 9007199254740993]]})"), "line 1, column 18" + words);
+  EXPECT_EQ(failureOf(R"({"a": [[9007199254740993, 2], [3.0, 4]]})"), "line 1, column 31" + words);
 }
 
 TEST(ReaderNumbers, ReadsAPartOfCellsAsItWouldBeReadAlone) {
-  // 1 became an integer beside the second number, and is a double again when the third one makes cells of
-  // them.
-  EXPECT_TRUE(readsAs("[1, 18446744073709551615, -1]",
-                      cells(scalar(1), uint64s({1, 1}, {18446744073709551615U}), scalar(-1))));
+  // 1 became an integer beside the second number, and is a double again when "x" makes cells of them.
+  EXPECT_TRUE(readsAs("[1, 18446744073709551615, \"x\"]",
+                      cells(scalar(1), uint64s({1, 1}, {18446744073709551615U}), arrays::row(u"x"))));
   EXPECT_TRUE(
       readsAs("[[1, 2], [3, 9007199254740993], \"x\"]",
               cells(doubles({1, 2}, {1, 2}), int64s({1, 2}, {3, 9007199254740993}), arrays::row(u"x"))));
   EXPECT_TRUE(readsAs("[9007199254740993, 18446744073709551615, true]",
                       cells(int64s({1, 1}, {9007199254740993}), uint64s({1, 1}, {18446744073709551615U}),
                             arrays::truth(true))));
-  EXPECT_TRUE(readsAs("[[1.5, 2], [3, 9007199254740993]]",
-                      cells(doubles({1, 2}, {1.5, 2}), int64s({1, 2}, {3, 9007199254740993}))));
 }
 
-TEST(ReaderNumbers, LooksForFractionsWithinTheArraysOfAnArrayToo) {
-  EXPECT_TRUE(readsAs("[[9007199254740993, 2], [3.0, 4]]",
-                      cells(int64s({1, 2}, {9007199254740993, 2}), doubles({1, 2}, {3, 4}))));
-  EXPECT_TRUE(readsAs("[[3.0, 4], [9007199254740993, 2]]",
-                      cells(doubles({1, 2}, {3, 4}), int64s({1, 2}, {9007199254740993, 2}))));
-  EXPECT_TRUE(readsAs("[0.5, [3, 4], 9007199254740993]",
-                      cells(scalar(0.5), doubles({1, 2}, {3, 4}), int64s({1, 1}, {9007199254740993}))));
+TEST(ReaderNumbers, TakesAnyNumbersInAnArrayThatHoldsSomethingElseWhereverThatStands) {
+  const auto great = [] { return int64s({1, 1}, {9007199254740993}); };
+  const auto text = [] { return arrays::row(u"x"); };
+  EXPECT_TRUE(readsAs("[0.5, 9007199254740993, \"x\"]", cells(scalar(0.5), great(), text())));
+  EXPECT_TRUE(readsAs("[0.5, \"x\", 9007199254740993]", cells(scalar(0.5), text(), great())));
+  EXPECT_TRUE(readsAs("[\"x\", 9007199254740993, 0.5]", cells(text(), great(), scalar(0.5))));
+  EXPECT_TRUE(readsAs("[0.5, 9007199254740993, \"x\", -1, 0.5]",
+                      cells(scalar(0.5), great(), text(), scalar(-1), scalar(0.5))));
+  EXPECT_TRUE(
+      readsAs("[0.5, [3, 4], 9007199254740993]", cells(scalar(0.5), doubles({1, 2}, {3, 4}), great())));
 }

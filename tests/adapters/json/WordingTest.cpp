@@ -6,7 +6,9 @@
 #include "adapters/json/Wording.h"
 
 using nd::adapters::json::describeFound;
+using nd::adapters::json::describeNumber;
 using nd::adapters::json::quoteName;
+using nd::adapters::json::quotePath;
 using nd::adapters::json::shorten;
 
 TEST(DescribeFound, QuotesAPrintableCharacter) {
@@ -55,4 +57,14 @@ TEST(Shorten, CutsWhatIsLong) {
 
 TEST(QuoteName, ShowsControlCharactersAsEscapes) {
   EXPECT_EQ(quoteName("a\x1B[2J"), R"("a\u001b[2J")");
+}
+
+TEST(DescribeNumber, TellsANumberWholeAndAllElseAsItIsFound) {
+  EXPECT_EQ(describeNumber("[-1.5e3,", 1), "-1.5e3");
+  EXPECT_EQ(describeNumber("[[1]]", 1), "'['");
+}
+
+TEST(QuotePath, KeepsALongPathWhole) {
+  const std::string path = "/x/" + std::string(1000, 'y') + "\x1B";
+  EXPECT_EQ(quotePath(path), "\"/x/" + std::string(1000, 'y') + "\\u001b\"");
 }

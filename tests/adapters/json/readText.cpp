@@ -8,11 +8,11 @@
 
 using nd::adapters::json::FormatFailure;
 using nd::adapters::json::PaddedText;
-using nd::adapters::json::readVariables;
+using nd::adapters::json::readDocument;
 using nd::adapters::json::Variable;
 
 std::vector<Variable> readText(std::string_view text) {
-  return readVariables(PaddedText(text));
+  return std::move(readDocument(PaddedText(text)).variables);
 }
 
 hvArrayPtr readValue(std::string_view value) {

@@ -1,0 +1,86 @@
+#include "tests/adapters/json/agreement.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include <boost/optional.hpp>
+
+#include "adapters/json/ExactReader.h"
+#include "adapters/json/FormatFailure.h"
+#include "adapters/json/PaddedText.h"
+#include "adapters/json/Reader.h"
+#include "platform/host/ArrayComparison.h"
+
+using nd::adapters::json::Document;
+using nd::adapters::json::ExactReader;
+using nd::adapters::json::Fault;
+using nd::adapters::json::FormatFailure;
+using nd::adapters::json::PaddedText;
+using nd::adapters::json::Variable;
+using nd::adapters::json::VariableMetaData;
+
+namespace {
+
+/// What was read, or what was said.
+struct Outcome {
+  boost::optional<Document> document;
+  std::string failure;
+};
+
+Outcome readQuickly(const PaddedText& content) {
+  try {
+    return {nd::adapters::json::readDocument(content), {}};
+  } catch (const FormatFailure& failure) {
+    return {boost::none, failure.what()};
+  }
+}
+
+Outcome readExactly(const PaddedText& content) {
+  const std::string_view text = content.text();
+  try {
+    return {ExactReader(text).document(), {}};
+  } catch (const Fault& fault) {
+    return {boost::none,
+            FormatFailure(nd::adapters::json::placeOf(text, fault.offset), fault.message).what()};
+  }
+}
+
+bool areEqual(const std::vector<Variable>& left, const std::vector<Variable>& right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](const Variable& one, const Variable& other) {
+                      return one.name == other.name && hvEqual(one.value.get(), other.value.get());
+                    });
+}
+
+bool areEqual(const Document& left, const Document& right) {
+  return areEqual(left.variables, right.variables) &&
+         std::equal(left.metaData.begin(), left.metaData.end(), right.metaData.begin(), right.metaData.end(),
+                    [](const VariableMetaData& one, const VariableMetaData& other) {
+                      return one.variable == other.variable && one.offset == other.offset &&
+                             areEqual(one.entries, other.entries);
+                    });
+}
+
+std::string describe(const Outcome& outcome) {
+  return outcome.document ? "it was read" : outcome.failure;
+}
+
+std::string compare(const PaddedText& content) {
+  const Outcome quick = readQuickly(content);
+  const Outcome exact = readExactly(content);
+  if (quick.failure != exact.failure) return "quickly: " + describe(quick) + "\nexactly: " + describe(exact);
+  if (quick.failure.find("the parser gives up") != std::string::npos) return quick.failure;
+  if (quick.document && !areEqual(*quick.document, *exact.document)) return "other values were read";
+  if (!quick.document && !quick.failure.starts_with("line ")) return "no place: " + quick.failure;
+  return {};
+}
+
+}  // namespace
+
+std::string disagreementOn(std::string_view bytes) {
+  const std::size_t arrays = hvGetLiveArrayCount();
+  const std::string disagreement = compare(PaddedText(bytes));
+  if (disagreement.empty() && hvGetLiveArrayCount() != arrays) return "arrays are left behind";
+  return disagreement;
+}
