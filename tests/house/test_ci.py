@@ -24,8 +24,9 @@ class ContinuousIntegration(unittest.TestCase):
         for script in sorted(set(re.findall(r"scripts/[\w.-]+", text))):
             self.stand_in(script)
         self.stand_in("run", f"[[ $3 == dev ]] && echo 'started'; echo 'Test #1'; echo '{SUMMARY}'")
-        for command in ("cmake", "ctest", "shellcheck"):
+        for command in ("clang++", "cmake", "ctest", "shellcheck"):
             self.stand_in(self.bin / command)
+        self.stand_in("build/fuzz/tests/adapters/json/fuzz_json")
         (self.root / "build/release").mkdir(parents=True)
         (self.root / "build/release/CMakeCache.txt").write_text("Python3_EXECUTABLE:FILEPATH=/bin/true\n",
                                                                 encoding="utf-8")
@@ -64,6 +65,20 @@ class ContinuousIntegration(unittest.TestCase):
         calls = self.calls.read_text(encoding="utf-8").splitlines()
         self.assertIn("run test --preset release", calls)
         self.assertIn("run test --preset dev", calls)
+
+    def test_fuzzes_for_a_minute_from_the_corpus_on(self):
+        self.run_script()
+        calls = self.calls.read_text(encoding="utf-8").splitlines()
+        fuzzing = [call for call in calls if call.startswith("fuzz_json ")]
+        self.assertEqual(1, len(fuzzing))
+        self.assertIn(" -max_total_time=60 ", fuzzing[0])
+        self.assertTrue(fuzzing[0].endswith(" tests/adapters/json/corpus/good tests/adapters/json/corpus/bad"))
+
+    def test_what_the_fuzzer_finds_fails_its_step(self):
+        self.stand_in("build/fuzz/tests/adapters/json/fuzz_json", "exit 77")
+        result = self.run_script()
+        self.assertEqual(1, result.returncode)
+        self.assertEqual("== Failed: fuzzing", result.stdout.splitlines()[-1])
 
     def test_a_failing_step_is_named_and_the_others_still_run(self):
         self.stand_in("scripts/check_format", "exit 1")
