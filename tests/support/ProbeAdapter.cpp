@@ -18,6 +18,7 @@ std::string inBrackets(const std::u16string& text) {
 
 ProbeAdapter::ProbeAdapter(std::shared_ptr<Kind> kind, std::string label)
     : kind_(std::move(kind)), label_(std::move(label)) {
+  if (kind_->script.hold) held_ = kind_->script.hold();
   ++liveProbes;
 }
 
@@ -26,6 +27,7 @@ ProbeAdapter::ProbeAdapter(std::shared_ptr<CallLog> log, ProbeScript script)
   kind_->log = std::move(log);
   kind_->script = std::move(script);
   kind_->label = label_;
+  if (kind_->script.hold) held_ = kind_->script.hold();
 }
 
 ProbeAdapter::~ProbeAdapter() {

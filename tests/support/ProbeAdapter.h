@@ -33,6 +33,7 @@ struct ProbeScript {
   std::vector<std::u16string> controls;
   nd::data::adapter::AdapterType type{};
   std::function<bool(const Workspace&, MetaDataCache&, const std::u16string&, Error&)> getData;  // none: true
+  std::function<std::shared_ptr<void>()> hold;  // what each object takes as it is made and has till its end
 };
 
 /// An adapter that notes every call in a log and answers what its script says.
@@ -96,6 +97,7 @@ class ProbeAdapter : public CPPAdapterV2 {
 
   std::shared_ptr<Kind> kind_;
   std::string label_;
+  std::shared_ptr<void> held_;
 };
 
 }  // namespace support

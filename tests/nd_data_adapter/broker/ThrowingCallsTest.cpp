@@ -1,280 +1,317 @@
-// What the broker leaves when something that it calls throws: a table of operation, call and allowed change,
-// run with every kind of exception.
+// What the broker leaves when something that it calls throws: throwing_calls.txt has for each operation and
+// each call that it makes what may have changed, and is run with every kind of exception.
 
+#include <cctype>
+#include <fstream>
 #include <functional>
+#include <optional>
 #include <ostream>
+#include <set>
+#include <stdexcept>
+#include <utility>
 
 #include "nd_data_adapter/model/AdapterCacheV2.h"
-#include "nd_data_adapter/model/AdapterConfig.h"
-#include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/AdapterManagerV2.h"
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
-#include "nd_data_adapter/model/DataContainer.h"
-#include "platform/host/Workspace.h"
-#include "platform/host/hv.h"
+#include "nd_data_adapter/model/CPPAdapterV2Entry.h"
+#include "platform/foundation/ChangeObserver.h"
+#include "platform/foundation/meta/Meta.h"
 #include "platform/text/Convert.h"
+#include "tests/nd_data_adapter/broker/BrokerOperations.h"
 #include "tests/support/BrokerTest.h"
-#include "tests/support/FakeFileSystem.h"
-#include "tests/support/FakeFirstGeneration.h"
+#include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
 #include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
+using broker_operations::brokerOperations;
+using broker_operations::Call;
+using broker_operations::callsOf;
+using broker_operations::findOperation;
+using broker_operations::Operation;
+using broker_operations::Scene;
 using lx::base::Model;
-using support::contentsOf;
 using support::Lines;
 using support::missingIn;
-using support::ProbeAdapter;
-using support::ProbeScript;
+using support::ModelWatch;
 using support::Thrown;
 
 namespace {
 
-/// All that an operation may change: two prototypes of which the first has opened "x.test", a client's
-/// container with a workspace, and its model for what is handed back.
-struct Scene {
-  explicit Scene(const std::shared_ptr<support::CallLog>& log)
-      : fileSystem(std::make_shared<support::FakeFileSystem>(log)),
-        replaced(fileSystem),
-        first(support::FakeFirstGeneration::install(log)) {
-    inAssignInDesiredWS(hvArrayPtr(hvCreateDoubleScalar(1)).get(), "former", workspace);
-    container.setDataCache(workspace);
-    container.getConditionControlsMutable().add(u"former");
-    first.configNames = {u"old hand"};
-  }
-
-  Lines state() const {
-    Lines lines = support::stateOfBroker();
-    for (const Model& each : {tmpModel, model}) {
-      const Lines more = contentsOf(each);
-      lines.insert(lines.end(), more.begin(), more.end());
-    }
-    lines.push_back(std::to_string(ProbeAdapter::live()) + " adapters");
-    return lines;
-  }
-
-  bool hasOpenTransaction() const {
-    for (const Model& each : {tmpModel, model, AdapterRegistryV2::getInstance().getModel(),
-                              AdapterCacheV2::getInstance().getModel()}) {
-      if (each.impl()->hasOpenTransaction()) return true;
-    }
-    return false;
-  }
-
-  const Model model = Model::create();
-  Model tmpModel = Model::create();
-  const DataContainer container = DataContainer::create(model);
-  const boost::shared_ptr<inWorkSpace_tag> workspace = inCreateWorkspace(1);
-  const std::shared_ptr<support::FakeFileSystem> fileSystem;
-  const lx::services::FileSystem::Replacement replaced;
-  support::FakeFirstGeneration& first;
-  std::shared_ptr<ProbeAdapter> fresh;  // a third adapter, not registered
-};
-
+/// An operation and a call of it that throws, with what the throw may leave.
 struct Row {
-  const char* name;
-  const char* throwing;                          // the call that throws
-  std::size_t number = 1;                        // which one of them
-  std::function<Lines(const Scene&)> operation;  // gives its answer
-  Lines added{};                                 // what stands afterwards and did not before
-  Lines removed{};                               // and the other way round
+  std::string operation;
+  Call call;
+  Lines added{};                       // what stands afterwards and did not before
+  Lines removed{};                     // and the other way round
+  Lines heard{};                       // the notices that observers got
+  bool isUntold = false;               // of what is added and removed nobody hears
+  std::optional<std::string> gives{};  // the answer, where the exception does not arrive
 };
 
 std::ostream& operator<<(std::ostream& stream, const Row& row) {
-  return stream << row.name;
+  return stream << row.operation << " / " << row.call.written();
 }
 
-AdapterRegistryV2 registry() {
-  return AdapterRegistryV2::getInstance();
+struct Table {
+  std::vector<Row> rows;
+  std::set<std::string> operations;  // those that make no call too
+  std::set<std::string> neverAsked;  // operations of adapters
+};
+
+/// Reads the table: an operation stands at the margin, its calls by two columns to the right of it, and what
+/// a call's throw leaves by two more.
+Table readTable() {
+  std::ifstream file(THROWING_CALLS_TABLE);
+  if (!file) throw std::runtime_error("there is no " THROWING_CALLS_TABLE);
+  Table table;
+  std::string operation;
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line.front() == '#') continue;
+    const std::size_t indent = line.find_first_not_of(' ');
+    const std::string text = line.substr(indent);
+    if (indent == 0) {
+      operation = text;
+      if (operation != "never asked" && !table.operations.insert(operation).second)
+        throw std::runtime_error("twice in the table: " + line);
+    } else if (indent == 2 && operation == "never asked") {
+      table.neverAsked.insert(text);
+    } else if (indent == 2) {
+      const std::size_t space = text.find(' ');
+      const std::size_t number = space == std::string::npos ? 1 : std::stoul(text.substr(space));
+      table.rows.push_back({operation, {text.substr(0, space), number}});
+    } else if (text.starts_with("+ ")) {
+      table.rows.back().added.push_back(text.substr(2));
+    } else if (text.starts_with("- ")) {
+      table.rows.back().removed.push_back(text.substr(2));
+    } else if (text.starts_with("told ")) {
+      table.rows.back().heard.push_back(text.substr(5));
+    } else if (text == "untold") {
+      table.rows.back().isUntold = true;
+    } else if (text.starts_with("gives ")) {
+      table.rows.back().gives = text.substr(6);
+    } else {
+      throw std::runtime_error("not understood in the table: " + line);
+    }
+  }
+  return table;
 }
 
-// Answers of all types, written down.
-
-Lines written(bool answer) {
-  return {answer ? "true" : "false"};
-}
-Lines written(const std::u16string& answer) {
-  return {lx::text::toUtf8(answer)};
-}
-Lines written(const std::shared_ptr<CPPAdapterV2>& answer) {
-  return {ProbeAdapter::labelOf(answer)};
-}
-Lines written(const AdapterConfig& answer) {
-  return {lx::text::toUtf8(answer.adapterName())};
-}
-Lines written(const AdapterError& answer) {
-  return {std::to_string(static_cast<int>(answer.getId())), lx::text::toUtf8(answer.getSource())};
-}
-template <class Each>
-Lines written(const std::vector<Each>& answer) {
-  Lines lines;
-  for (const Each& each : answer) lines.push_back(written(each).front());
-  return lines;
+const Table& table() {
+  static const Table read = readTable();
+  return read;
 }
 
-/// Makes a row's operation of a call: its answer is written down.
-template <class Call>
-std::function<Lines(const Scene&)> asking(Call call) {
-  return [call](const Scene& scene) { return written(call(scene)); };
+std::string joined(const Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text.append(text.empty() ? "" : ", ").append(line);
+  return text;
 }
 
-const auto openY = asking([](const Scene&) { return AdapterManagerV2::openSource(u"y.test", u"s", {}); });
-const auto configs =
-    asking([](const Scene& scene) { return AdapterManagerV2::getAdapterConfig(u"x.test", scene.tmpModel); });
-const auto readX = asking([](const Scene& scene) {
-  return AdapterManagerV2::getData(u"x.test", u"s", scene.container, u"", scene.tmpModel);
-});
-const auto readY = asking([](const Scene& scene) {
-  return AdapterManagerV2::getData(u"y.test", u"s", scene.container, u"", scene.tmpModel);
-});
+/// Watches a model: what its observers were told, and whether what they saw when they were told last is what
+/// stands.
+class Audience final : private lx::base::ChangeObserver {
+ public:
+  using Sight = std::function<Lines()>;
 
-std::vector<Row> rows() {
-  using Manager = AdapterManagerV2;
-  const Lines error{"AdapterError Diagnostic=0 ErrorMessage='' Adapter='' SourceFile=''"};
-  const auto container = [](const char* controls) {
-    return Lines{
-        std::string(
-            "DataContainer DataCache=[former: 1x1 double = 1] ConditionalCache=none ConditionControls=[") +
-        controls + "] DataModel=none MetaDataCache=[]"};
-  };
-  Lines errorAndNoControls = error;
-  errorAndNoControls.push_back(container("").front());
-  return {
-      {"RegisteringAtTheFacadeAsksTheName", "c.getAdapterName", 1,
-       asking([](const Scene& scene) { return Manager::registerCPPAdapter(scene.fresh); })},
-      {"RegisteringAtTheFacadeAsksTheFirstGeneration", "first.isAdapterRegisteredByName", 1,
-       asking([](const Scene& scene) { return Manager::registerCPPAdapter(scene.fresh); })},
-      {"RegisteringAsksTheNameAgain", "c.getAdapterName", 2,
-       asking([](const Scene& scene) { return Manager::registerCPPAdapter(scene.fresh); })},
-      {"RegisteringAtTheRegistryAsksTheName", "c.getAdapterName", 1,
-       asking([](const Scene& scene) { return registry().registerCPPAdapter(scene.fresh); })},
-      {"ExtensionAsksTheFirstGeneration", "first.isAdapterRegisteredByExtension", 1,
-       asking([](const Scene&) { return Manager::isExtensionRegistered(u".test"); })},
-      {"ExtensionAsksThePrototype", "b.getSupportedExtensions", 1,
-       asking([](const Scene&) { return Manager::isExtensionRegistered(u".none"); })},
-      {"NamesAskTheFirstGeneration", "first.getAllAdapterNames", 1,
-       asking([](const Scene&) { return Manager::getAllRegisteredAdapterNames(); })},
-      {"NamesAskThePrototype", "b.getAdapterName", 1,
-       asking([](const Scene&) { return Manager::getAllRegisteredAdapterNames(); })},
-      {"DisplayListAsksTheExtensions", "b.getSupportedExtensions", 1,
-       asking([](const Scene&) { return registry().getDisplayList(); })},
-      {"DisplayListAsksTheName", "b.getAdapterName", 1,
-       asking([](const Scene&) { return registry().getDisplayList(); })},
-      {"NewAdapterIsCloned", "a.clone", 1,
-       asking([](const Scene&) { return registry().getNewCPPAdapter(u"a"); })},
-      {"AdaptersOfASourceNormaliseThePath", "fs.make_native_form", 1,
-       asking([](const Scene&) { return registry().getCPPAdapterStaticForSource(u"x.test"); })},
-      {"AdaptersOfASourceAskItsExtension", "fs.extract_extension", 1,
-       asking([](const Scene&) { return registry().getCPPAdapterStaticForSource(u"x.test"); })},
-      {"AdaptersOfASourceAskThePrototype", "b.getSupportedExtensions", 1,
-       asking([](const Scene&) { return registry().getCPPAdapterStaticForSource(u"x.test"); })},
-      {"ExistenceAsksForTheExtension", "fs.extract_extension", 1,
-       asking([](const Scene&) { return Manager::doesSourceExist(u"x.test"); })},
-      {"ExistenceAsksThePrototype", "a.isSourceValid", 1,
-       asking([](const Scene&) { return Manager::doesSourceExist(u"x.test"); })},
-      {"ReadingAsksThePrototype", "a.supportsReading", 1,
-       asking([](const Scene&) { return Manager::hasReadingAdapters(u"x.test"); })},
-      {"ReadingAsksTheFirstGeneration", "first.hasReadingAdapters", 1,
-       asking([](const Scene&) { return Manager::hasReadingAdapters(u"x.none"); })},
-      {"WritingAsksThePrototype", "a.supportsWriting", 1,
-       asking([](const Scene&) { return Manager::hasWritingAdapters(u"x.test"); })},
-      {"WritingAsksTheFirstGeneration", "first.hasWritingAdapters", 1,
-       asking([](const Scene&) { return Manager::hasWritingAdapters(u"x.none"); })},
-      {"ConfigAsksTheFirstGeneration", "first.getAdapterConfig", 1, configs},
-      {"ConfigAsksTheExtensions", "a.getSupportedExtensions", 1, configs},
-      {"ConfigAsksTheName", "b.getAdapterName", 1, configs},
-      {"ConfigAsksTheSection", "b.getSectionName", 1, configs},
-      {"ConfigAsksForReading", "b.supportsReading", 1, configs},
-      {"ConfigAsksForWriting", "b.supportsWriting", 1, configs},
-      {"ConfigAsksTheType", "b.getType", 1, configs},
-      {"OpeningAsksTheExtensions", "b.getSupportedExtensions", 1, openY},
-      {"OpeningAsksTheSection", "a.getSectionName", 1, openY},
-      {"OpeningAsksTheName", "a.getAdapterName", 1, openY},
-      {"OpeningClones", "a.clone", 1, openY},
-      {"OpeningOpens", "a'2.open", 1, openY, {"open y.test::s: a'2", "4 adapters"}, {"3 adapters"}},
-      {"OpeningASecondTimeOpens", "a'2.open", 1,
-       asking([](const Scene&) { return Manager::openSource(u"x.test", u"s", {}); })},
-      {"ChecksumAsksTheOpenAdapter", "a'1.getCurrentChecksum", 1,
-       asking([](const Scene&) { return Manager::getChecksum(u"x.test", u"s"); })},
-      {"ChecksumAsksTheFirstGeneration", "first.getChecksum", 1,
-       asking([](const Scene&) { return Manager::getChecksum(u"y.test", u"s"); })},
-      {"ExternalSourcesAskTheOpenAdapter", "a'1.getExternalSources", 1,
-       asking([](const Scene&) { return Manager::getExternalSources(u"x.test", u"s"); })},
-      {"ExternalSourcesAskTheFirstGeneration", "first.getExternalSources", 1,
-       asking([](const Scene&) { return Manager::getExternalSources(u"y.test", u"s"); })},
-      {"ReadingGetsTheData", "a'1.getData", 1, readX, error},
-      {"ReadingAsksForVariants", "a'1.hasVariants", 1, readX, errorAndNoControls, container("former")},
-      {"ReadingAsksForTheControls", "a'1.getVariantControls", 1, readX, errorAndNoControls,
-       container("former")},
-      {"ReadingGoesTheFirstGenerationsRoad", "first.getData", 1, readY, error},
-  };
-}
+  Audience(const Model& model, Sight sight) : watch_(model), model_(model), sight_(std::move(sight)) {
+    seen_ = sight_();
+    model_.impl()->addObserver(*this);
+  }
+  ~Audience() override { model_.impl()->removeObserver(*this); }
+  Audience(const Audience&) = delete;
+  Audience& operator=(const Audience&) = delete;
+
+  bool hasSeenWhatStands() const { return sight_() == seen_; }
+
+  Lines heard() const {
+    Lines lines;
+    for (const Lines& notice : watch_.notices()) lines.push_back(joined(notice));
+    return lines;
+  }
+
+ private:
+  void changed(const lx::base::ChangeSet&) noexcept override { seen_ = sight_(); }
+
+  ModelWatch watch_;
+  Model model_;
+  Sight sight_;
+  Lines seen_;
+};
+
+/// Watches all models that operations change.
+class Audiences {
+ public:
+  explicit Audiences(const Scene& scene) {
+    for (const Model& each : {scene.tmpModel, scene.model})
+      watch(each, [each] { return support::contentsOf(each); });
+    watch(AdapterRegistryV2::getInstance().getModel(), [] { return stateOf("registered "); });
+    watch(AdapterCacheV2::getInstance().getModel(), [] { return stateOf("open "); });
+  }
+
+  bool haveSeenWhatStands() const {
+    for (const auto& each : audiences_) {
+      if (!each->hasSeenWhatStands()) return false;
+    }
+    return true;
+  }
+
+  Lines heard() const {
+    Lines lines;
+    for (const auto& each : audiences_) {
+      for (const std::string& line : each->heard()) lines.push_back(line);
+    }
+    return lines;
+  }
+
+ private:
+  static Lines stateOf(const std::string& part) {
+    Lines lines = support::stateOfBroker();
+    std::erase_if(lines, [&](const std::string& line) { return !line.starts_with(part); });
+    return lines;
+  }
+
+  void watch(const Model& model, const Audience::Sight& sight) {
+    audiences_.push_back(std::make_unique<Audience>(model, sight));
+  }
+
+  std::vector<std::unique_ptr<Audience>> audiences_;
+};
 
 class ThrowingCalls : public support::BrokerTest, public testing::WithParamInterface<Row> {};
 
 TEST_P(ThrowingCalls, PassThroughAndLeaveOnlyWhatIsAllowedToStay) {
   const Row& row = GetParam();
-  for (const Thrown& thrown : support::everyKindOfException()) {
-    SCOPED_TRACE(thrown.name);
-    registerProbe(u"a")->script().hasVariants = true;
-    registerProbe(u"b", u"other");
-    EXPECT_TRUE(AdapterManagerV2::openSource(u"x.test", u"s", {}));
-    {
+  const Operation* const operation = findOperation(row.operation);
+  ASSERT_NE(operation, nullptr);
+  for (const bool isObserved : {false, true}) {
+    for (const Thrown& thrown : support::everyKindOfException()) {
+      SCOPED_TRACE(std::string(thrown.name) + (isObserved ? ", observed" : ", not observed"));
       Scene scene(log);
       const Lines before = scene.state();
-      scene.fresh = makeProbe(u"c");
-      log->throwAt(row.throwing, thrown.object, row.number);
+      std::optional<Audiences> audiences;
+      if (isObserved) audiences.emplace(scene);
+      log->throwAt(row.call.name, thrown.object, row.call.number);
 
-      EXPECT_TRUE(support::isLeftBy(thrown.object, [&] { row.operation(scene); }));
+      if (row.gives)
+        EXPECT_EQ(operation->run(scene), Lines{*row.gives});
+      else
+        EXPECT_TRUE(support::isLeftBy(thrown.object, [&] { operation->run(scene); }));
 
       EXPECT_EQ(log->actionsLeft(), 0U) << "the call was not made";
       EXPECT_EQ(scene.fresh.use_count(), 1);
       EXPECT_FALSE(scene.hasOpenTransaction());
-      scene.fresh.reset();
       const Lines after = scene.state();
       EXPECT_EQ(missingIn(before, after), row.added);
       EXPECT_EQ(missingIn(after, before), row.removed);
+      EXPECT_EQ(scene.leaks(), "");
+      if (isObserved) {
+        EXPECT_EQ(audiences->heard(), row.heard);
+        EXPECT_EQ(audiences->haveSeenWhatStands(), !row.isUntold);
+      }
     }
-    AdapterCacheV2::getInstance().destroy();
-    registry().destroy();
   }
 }
 
 TEST_P(ThrowingCalls, LetTheOperationWorkAfterwardsAsIfNothingHadBeenThrown) {
   const Row& row = GetParam();
+  const Operation* const operation = findOperation(row.operation);
+  ASSERT_NE(operation, nullptr);
   const auto answerAndState = [&](bool isAfterAThrow) {
-    ProbeScript& script = registerProbe(u"a")->script();
-    script.hasVariants = true;
-    script.controls = {u"new"};
-    script.checksum = u"17";
-    script.externalSources = {u"z.test"};
-    registerProbe(u"b", u"other");
-    EXPECT_TRUE(AdapterManagerV2::openSource(u"x.test", u"s", {}));
-    Lines lines;
-    {
-      Scene scene(log);
-      scene.first.checksum = u"first";
-      scene.first.externalSources = {u"first.test"};
-      scene.first.names = {u"first"};
-      scene.fresh = makeProbe(u"c");
-      if (isAfterAThrow) {
-        log->throwAt(row.throwing, std::make_exception_ptr(1), row.number);
-        EXPECT_THROW(row.operation(scene), int);
-        scene.tmpModel = Model::create();  // what the failed call handed back is its caller's
-      }
-      lines = row.operation(scene);
-      const Lines state = scene.state();
-      lines.insert(lines.end(), state.begin(), state.end());
+    Scene scene(log);
+    if (isAfterAThrow) {
+      log->throwAt(row.call.name, std::make_exception_ptr(1), row.call.number);
+      if (row.gives)
+        operation->run(scene);
+      else
+        EXPECT_THROW(operation->run(scene), int);
+      scene.tmpModel = Model::create();  // what the failed call handed back is its caller's
     }
-    AdapterCacheV2::getInstance().destroy();
-    registry().destroy();
+    Lines lines = operation->run(scene);
+    const Lines state = scene.state();
+    lines.insert(lines.end(), state.begin(), state.end());
     return lines;
   };
   const Lines wanted = answerAndState(false);
   EXPECT_EQ(answerAndState(true), wanted);
 }
 
-INSTANTIATE_TEST_SUITE_P(EachCall, ThrowingCalls, testing::ValuesIn(rows()),
-                         [](const testing::TestParamInfo<Row>& row) { return std::string(row.param.name); });
+std::string nameOf(const testing::TestParamInfo<Row>& info) {
+  std::string name;
+  bool isWord = false;
+  for (const char each : info.param.operation + " " + info.param.call.written()) {
+    const bool isLetter = std::isalnum(static_cast<unsigned char>(each)) != 0;
+    if (isLetter && !isWord) name += static_cast<char>(std::toupper(static_cast<unsigned char>(each)));
+    if (isLetter && isWord) name += each;
+    isWord = isLetter;
+  }
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(EachCall, ThrowingCalls, testing::ValuesIn(table().rows), nameOf);
+
+// The table is complete
+
+using TableOfThrowingCalls = support::BrokerTest;
+
+TEST_F(TableOfThrowingCalls, HasEachCallOfEachOperationOnce) {
+  Lines wanted;
+  for (const Operation& operation : brokerOperations()) {
+    EXPECT_TRUE(table().operations.contains(operation.name)) << operation.name << " is missing";
+    for (const Call& call : callsOf(operation)) wanted.push_back(operation.name + " / " + call.written());
+  }
+  Lines found;
+  for (const Row& row : table().rows) found.push_back(row.operation + " / " + row.call.written());
+  EXPECT_EQ(missingIn(found, wanted), Lines{}) << "missing in the table";
+  EXPECT_EQ(missingIn(wanted, found), Lines{}) << "in the table, and never called";
+  EXPECT_EQ(table().operations.size(), brokerOperations().size()) << "an operation that is not run";
+}
+
+TEST_F(TableOfThrowingCalls, HasEachOperationThatTheBrokersClassesHave) {
+  std::set<std::string> run;
+  for (const std::string& name : table().operations) run.insert(name.substr(0, name.find(':')));
+  std::size_t count = 0;
+  for (const lx::base::meta::Class& type :
+       {AdapterManagerV2::metaClass(), AdapterRegistryV2::metaClass(), AdapterCacheV2::metaClass(),
+        CPPAdapterV2Entry::metaClass(), AdapterError::metaClass(), DataContainer::metaClass()}) {
+    for (const lx::base::meta::Operation& operation : type.getOwnOperations()) {
+      const std::string name = lx::text::toUtf8(type.getName()) + "." + lx::text::toUtf8(operation.getName());
+      EXPECT_TRUE(run.contains(name)) << name;
+      ++count;
+    }
+  }
+  EXPECT_GE(count, 36U);
+}
+
+TEST_F(TableOfThrowingCalls, HasEachOperationOfAnAdapterUnlessTheBrokerNeverAsksIt) {
+  const std::set<std::string> all{"clone",
+                                  "getAdapterName",
+                                  "getSupportedExtensions",
+                                  "getSectionName",
+                                  "isSourceValid",
+                                  "supportsReading",
+                                  "supportsWriting",
+                                  "open",
+                                  "close",
+                                  "getExternalSources",
+                                  "getCurrentChecksum",
+                                  "hasData",
+                                  "getData",
+                                  "writeData",
+                                  "hasVariants",
+                                  "getVariantControls",
+                                  "getConditionalData",
+                                  "getType",
+                                  "isReady"};
+  std::set<std::string> found = table().neverAsked;
+  for (const Row& row : table().rows) {
+    const std::string& call = row.call.name;
+    const std::size_t dot = call.find('.');
+    if (call.starts_with("first.") || call.starts_with("fs.")) continue;
+    EXPECT_FALSE(table().neverAsked.contains(call.substr(dot + 1))) << call;
+    found.insert(call.substr(dot + 1));
+  }
+  EXPECT_EQ(found, all);
+}
 
 }  // namespace
