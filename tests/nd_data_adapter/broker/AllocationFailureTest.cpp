@@ -1,7 +1,8 @@
 // The broker when memory runs out: each operation is run with its first allocation failing, then with its
 // second, and so on until it succeeds. What it may leave is what it may leave when anything else throws.
 
-#include <functional>
+#include "tests/nd_data_adapter/broker/AllocationFailureTest.h"
+
 #include <set>
 
 #include "nd_data_adapter/broker/internal/FirstGenerationRoad.h"
@@ -11,14 +12,17 @@
 #include "nd_data_adapter/model/AdapterManagerV2.h"
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "nd_data_adapter/model/DataContainer.h"
-#include "platform/foundation/ChangeObserver.h"
 #include "platform/host/Workspace.h"
 #include "platform/host/hv.h"
 #include "platform/services/Diagnostic.h"
-#include "tests/support/AllocationFault.h"
-#include "tests/support/describe.h"
 
 using namespace nd::data::adapter;
+using allocation_failure_test::BrokerAllocationFailure;
+using allocation_failure_test::closings;
+using allocation_failure_test::liveAdapters;
+using allocation_failure_test::Section;
+using allocation_failure_test::Silent;
+using allocation_failure_test::Source;
 using lx::base::Model;
 using support::contentsOf;
 using support::Lines;
@@ -26,119 +30,11 @@ using support::missingIn;
 
 namespace {
 
-constexpr const char16_t* Section = u"TestV2Section";
-constexpr const char16_t* Source = u"a source with a name that fits into no short string.test";
-
 std::string error(const std::string& diagnostic, const std::string& message, const std::string& adapter,
                   const std::string& source) {
   return "AdapterError Diagnostic=" + diagnostic + " ErrorMessage='" + message + "' Adapter='" + adapter +
          "' SourceFile='" + source + "'";
 }
-
-std::size_t liveAdapters = 0;
-std::size_t closings = 0;
-
-/// An adapter with a name that takes memory, which makes nothing but what the contract asks of it.
-class Silent final : public CPPAdapterV2 {
- public:
-  Silent() noexcept { ++liveAdapters; }
-  ~Silent() override { --liveAdapters; }
-  CPPAdapterV2* clone() override { return new Silent; }
-  std::u16string getAdapterName() override {
-    return u"an adapter with a name that fits into no short string";
-  }
-  std::vector<std::u16string> getSupportedExtensions() override { return {u".test"}; }
-  std::u16string getSectionName() override { return Section; }
-  bool isSourceValid(const std::u16string&) override { return true; }
-  bool supportsReading(const std::u16string&) override { return true; }
-  bool supportsWriting(const std::u16string&) override { return true; }
-  bool open(const std::u16string&) override { return true; }
-  bool close() override {
-    ++closings;
-    return true;
-  }
-  std::u16string getCurrentChecksum() override { return u"1"; }
-  bool hasData() override { return true; }
-  bool hasVariants() override { return true; }
-  std::vector<std::u16string> getVariantControls() override {
-    return {u"the name of a control that fits into no short string", u"b"};
-  }
-  bool getData(const Workspace& data, MetaDataCache&, const std::u16string&, AdapterError&) override {
-    inAssignInDesiredWS(nullptr, "gain", data);
-    return true;
-  }
-  bool writeData(const Workspace&, const Workspace&, MetaDataCache&, const ChangeReport&,
-                 AdapterError&) override {
-    return true;
-  }
-};
-
-class BrokerAllocationFailure : public testing::Test {
- protected:
-  BrokerAllocationFailure() { reset(); }
-  ~BrokerAllocationFailure() override {
-    AdapterCacheV2::getInstance().destroy();
-    AdapterRegistryV2::getInstance().destroy();
-    EXPECT_EQ(liveAdapters, 0U);
-  }
-
-  void reset() {
-    AdapterCacheV2::getInstance().destroy();
-    AdapterRegistryV2::getInstance().destroy();
-    AdapterCacheV2::getInstance();
-    AdapterRegistryV2::getInstance();
-    model = Model::create();
-    container = DataContainer::create(model);
-    container.setDataCache(inCreateWorkspace(4));
-    container.getConditionControlsMutable().add(u"former");
-  }
-
-  Lines state() const {
-    Lines lines = support::stateOfBroker();
-    const Lines more = contentsOf(model);
-    lines.insert(lines.end(), more.begin(), more.end());
-    lines.push_back(std::to_string(liveAdapters) + " adapters");
-    lines.push_back(std::to_string(ndsvGetLiveDiagnosticCount()) + " diagnostics");
-    return lines;
-  }
-
-  /// Prepares, and runs an operation with one allocation after the other failing. After each failure the
-  /// state must be as before, but for what the check allows. Gives the number of failures.
-  std::size_t failEach(const std::function<void()>& prepare, const std::function<void()>& operation,
-                       const std::function<void(const Lines&)>& check) {
-    for (std::size_t number = 1; number < 1000; ++number) {
-      SCOPED_TRACE("allocation " + std::to_string(number));
-      reset();
-      prepare();
-      const Lines before = state();
-      const AllocationAttempt attempt = attemptWithout(number, operation);
-      if (!attempt.hasOccurred) return number - 1;
-      EXPECT_TRUE(attempt.isRefused) << "failed unnoticed";
-      EXPECT_FALSE(AdapterRegistryV2::getInstance().getModel().impl()->hasOpenTransaction());
-      EXPECT_FALSE(AdapterCacheV2::getInstance().getModel().impl()->hasOpenTransaction());
-      EXPECT_FALSE(model.impl()->hasOpenTransaction());
-      check(before);
-      if (HasFailure()) return number;
-    }
-    ADD_FAILURE() << "the operation never succeeds";
-    return 0;
-  }
-
-  std::size_t failEachWithoutATrace(const std::function<void()>& prepare,
-                                    const std::function<void()>& operation) {
-    return failEach(prepare, operation, [this](const Lines& before) { EXPECT_EQ(state(), before); });
-  }
-
-  static void registerOne() { EXPECT_TRUE(AdapterManagerV2::registerCPPAdapter(std::make_shared<Silent>())); }
-  static void openOne() {
-    registerOne();
-    EXPECT_TRUE(AdapterManagerV2::openSource(Source, Section, {}));
-  }
-  static void nothing() {}
-
-  Model model;
-  DataContainer container;
-};
 
 TEST_F(BrokerAllocationFailure, LeavesNothingOfARegistration) {
   const auto adapter = std::make_shared<Silent>();
@@ -216,11 +112,6 @@ TEST_F(BrokerAllocationFailure, LeavesTheErrorOfAReadWholeAndOfTheControlsTheFor
             5U);
 }
 
-/// An observer for whom a setter's transaction is kept and told.
-class Deaf final : public lx::base::ChangeObserver {
-  void changed(const lx::base::ChangeSet&) noexcept override {}
-};
-
 TEST_F(BrokerAllocationFailure, LeavesOfAnErrorThatIsSetAPrefixOfTheNewValuesAndTheRestOfTheOld) {
   const std::u16string old = u"an old text that fits into no short string";
   const std::u16string fresh = u"a new text that fits into no short string";
@@ -233,27 +124,21 @@ TEST_F(BrokerAllocationFailure, LeavesOfAnErrorThatIsSetAPrefixOfTheNewValuesAnd
   };
   Lines allowed;
   for (int numberOfNew = 0; numberOfNew < 4; ++numberOfNew) allowed.push_back(described(numberOfNew));
-  for (const bool isObserved : {false, true}) {
-    SCOPED_TRACE(isObserved ? "observed" : "not observed");
-    Deaf observer;
-    AdapterError stated;
-    std::set<std::string> seen;
-    const auto prepare = [&] {
-      stated = AdapterError::create(model);
-      stated.setError(AdapterDiagnostic::Unsupported, old, old, old);
-      if (isObserved) model.impl()->addObserver(observer);
-    };
-    const auto setError = [&] { stated.setError(AdapterDiagnostic::HardError, fresh, fresh, fresh); };
-    EXPECT_GE(failEach(prepare, setError,
-                       [&](const Lines&) {
-                         EXPECT_THAT(allowed, testing::Contains(contentsOf(model).back()));
-                         seen.insert(contentsOf(model).back());
-                       }),
-              3U);
-    EXPECT_EQ(contentsOf(model).back(), described(4));
-    EXPECT_GE(seen.size(), 3U) << "each text needs memory, and fails for itself";
-    model.impl()->removeObserver(observer);
-  }
+  AdapterError stated;
+  std::set<std::string> seen;
+  const auto prepare = [&] {
+    stated = AdapterError::create(model);
+    stated.setError(AdapterDiagnostic::Unsupported, old, old, old);
+  };
+  const auto setError = [&] { stated.setError(AdapterDiagnostic::HardError, fresh, fresh, fresh); };
+  EXPECT_GE(failEach(prepare, setError,
+                     [&](const Lines&) {
+                       EXPECT_THAT(allowed, testing::Contains(contentsOf(model).back()));
+                       seen.insert(contentsOf(model).back());
+                     }),
+            3U);
+  EXPECT_EQ(contentsOf(model).back(), described(4));
+  EXPECT_GE(seen.size(), 3U) << "each text needs memory, and fails for itself";
 }
 
 TEST_F(BrokerAllocationFailure, ClosesEveryAdapterOnceAlsoWhenTheEndOfTheCacheHasToBeRepeated) {
