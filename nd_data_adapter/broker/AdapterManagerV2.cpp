@@ -36,11 +36,12 @@ std::shared_ptr<CPPAdapterV2> openedAdapter(const std::u16string& source, const 
 
 bool AdapterManagerV2::registerCPPAdapter(const std::shared_ptr<CPPAdapterV2>& adapter) {
   if (!adapter) return false;
-  const std::u16string name = adapter->getAdapterName();
+  const std::shared_ptr<CPPAdapterV2> held = adapter;  // the client's pointer may go while the adapter is asked
+  const std::u16string name = held->getAdapterName();
   const AdapterRegistryV2 registry = AdapterRegistryV2::getInstance();
   if (registry.isAdapterRegisteredByName(name) || firstGeneration().isAdapterRegisteredByName(name))
     return false;
-  return registry.registerCPPAdapter(adapter);
+  return registry.registerCPPAdapter(held);
 }
 
 bool AdapterManagerV2::unregisterAdapterByName(const std::u16string& adapterName) {

@@ -37,10 +37,11 @@ AdapterRegistryV2 AdapterRegistryV2::getInstance() {
 
 bool AdapterRegistryV2::Impl::registerCPPAdapter(const std::shared_ptr<CPPAdapterV2>& adapter) {
   if (!adapter) return false;
-  const std::u16string name = adapter->getAdapterName();
+  const std::shared_ptr<CPPAdapterV2> held = adapter;  // the client's pointer may go while the adapter is asked
+  const std::u16string name = held->getAdapterName();
   checkAlive("nd.data.adapter.AdapterRegistryV2.registerCPPAdapter");  // the adapter may have ended it
   if (cPPRegistry_.contains(name)) return false;
-  detail::addEntry(getCPPRegistryMutable(), name, adapter);
+  detail::addEntry(getCPPRegistryMutable(), name, held);
   return true;
 }
 

@@ -107,6 +107,14 @@ TEST_F(RegisterCPPAdapter, RefusesANullPointerAndAsksNothing) {
   EXPECT_TRUE(stateOfBroker().empty());
 }
 
+TEST_F(RegisterCPPAdapter, RegistersAnAdapterWhoseLastPointerIsResetWhileItIsAskedForItsName) {
+  std::shared_ptr<CPPAdapterV2> pointer = makeProbe(u"a");
+  log->at("a.getAdapterName", [&] { pointer.reset(); });
+  EXPECT_TRUE(AdapterManagerV2::registerCPPAdapter(pointer));
+  EXPECT_EQ(calls(), (Lines{"a.getAdapterName", "a.getAdapterName"})) << "it does not end";
+  EXPECT_EQ(support::stateOfBroker(), Lines{"registered a: a"});
+}
+
 TEST_F(RegisterCPPAdapter, RegistersUnderTheNameThatTheAdapterGivesTheRegistry) {
   const std::shared_ptr<ProbeAdapter> probe = makeProbe(u"a");
   log->at(

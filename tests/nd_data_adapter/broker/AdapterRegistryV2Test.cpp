@@ -78,6 +78,14 @@ TEST_F(AdapterRegistryV2Test, RefusesANullPointerAndChangesNothing) {
   EXPECT_TRUE(stateOfBroker().empty());
 }
 
+TEST_F(AdapterRegistryV2Test, RegistersAnAdapterWhoseLastPointerIsResetWhileItIsAskedForItsName) {
+  std::shared_ptr<CPPAdapterV2> pointer = makeProbe(u"a");
+  log->at("a.getAdapterName", [&] { pointer.reset(); });
+  EXPECT_TRUE(registry.registerCPPAdapter(pointer));
+  EXPECT_EQ(calls(), Lines{"a.getAdapterName"}) << "it does not end";
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
+}
+
 TEST_F(AdapterRegistryV2Test, TakesAnyTextAsAName) {
   const Names names{u"",        std::u16string(u"a\0b", 3),         u"A", u"a", u"\u00E9",
                     u"e\u0301", std::u16string(1, char16_t{0xD83D})};

@@ -136,10 +136,13 @@ Lines written(const std::shared_ptr<CPPAdapterV2>& answer) {
   return {ProbeAdapter::labelOf(answer)};
 }
 Lines written(const AdapterConfig& answer) {
+  if (!answer.isAlive()) return {"dead"};
   return {lx::text::toUtf8(answer.adapterName())};
 }
 Lines written(const AdapterError& answer) {
-  return {std::to_string(static_cast<int>(answer.getId())), lx::text::toUtf8(answer.getSource())};
+  if (!answer.isAlive()) return {"dead"};
+  return {"error " + std::to_string(static_cast<int>(answer.getId())) + " '" +
+          lx::text::toUtf8(answer.getSource()) + "'"};
 }
 template <class Each>
 Lines written(const std::vector<Each>& answer) {
@@ -263,7 +266,10 @@ const Operation* findOperation(const std::string& name) {
   return found == all.end() ? nullptr : &*found;
 }
 
-std::vector<Call> callsOf(const Operation& operation) {
+namespace {
+
+/// Lists what a run of an operation has noted, ends of adapters or all else.
+std::vector<Call> notedBy(const Operation& operation, bool ends) {
   const auto log = std::make_shared<support::CallLog>();
   Scene scene(log);
   operation.run(scene);
@@ -271,9 +277,18 @@ std::vector<Call> callsOf(const Operation& operation) {
   std::map<std::string, std::size_t> numbers;
   for (const std::string& line : log->take()) {
     const std::string name = line.substr(0, line.find('('));
-    if (!name.ends_with(".~")) calls.push_back({name, ++numbers[name]});
+    if (name.ends_with(".~") == ends) calls.push_back({name, ++numbers[name]});
   }
   return calls;
+}
+
+}  // namespace
+
+std::vector<Call> callsOf(const Operation& operation) {
+  return notedBy(operation, false);
+}
+std::vector<Call> endsOf(const Operation& operation) {
+  return notedBy(operation, true);
 }
 
 }  // namespace broker_operations

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -57,13 +58,18 @@ class Scene {
   const std::shared_ptr<support::FakeFileSystem> fileSystem;
   const lx::services::FileSystem::Replacement replaced;
   support::FakeFirstGeneration& first;
-  std::shared_ptr<support::ProbeAdapter> fresh;  // "c", not registered
+  std::shared_ptr<CPPAdapterV2> fresh;  // "c", not registered
 };
 
 struct Operation {
   std::string name;                  // class and operation, and after ": " in which situation
   std::function<Lines(Scene&)> run;  // gives the answer
 };
+
+/// For the name of a test's parameter.
+inline std::ostream& operator<<(std::ostream& stream, const Operation& operation) {
+  return stream << operation.name;
+}
 
 /// Lists the operations, each in every situation in which it takes another way.
 const std::vector<Operation>& brokerOperations();
@@ -81,7 +87,11 @@ struct Call {
 };
 
 /// Lists the calls that a run of an operation makes of adapters, of the first generation and of the
-/// filesystem. Ends of adapters are no calls: they can't throw.
+/// filesystem.
 std::vector<Call> callsOf(const Operation& operation);
+
+/// Lists the ends of adapters that a run of an operation brings about, as "a'1.~". They are no calls that
+/// may throw.
+std::vector<Call> endsOf(const Operation& operation);
 
 }  // namespace broker_operations

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -10,10 +11,13 @@
 #include <utility>
 
 #include "nd_data_adapter/model/AdapterCacheV2.h"
+#include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/AdapterManagerV2.h"
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
+#include "nd_data_adapter/model/DataContainer.h"
 #include "platform/text/Convert.h"
 #include "tests/support/ProbeAdapter.h"
+#include "tests/support/Thrown.h"
 
 using namespace nd::data::adapter;
 using support::CallLog;
@@ -31,6 +35,9 @@ void tell(const std::string& line) {
 class Loud final : public ProbeAdapter {
  public:
   struct Acts {
+    std::function<void()> whenCloned{};
+    std::function<void()> whenOpened{};
+    std::function<void()> whenRead{};
     std::function<void()> whenClosed{};
     std::function<void()> whenEnded{};
   };
@@ -42,9 +49,17 @@ class Loud final : public ProbeAdapter {
     if (acts_.whenEnded) acts_.whenEnded();
   }
 
-  CPPAdapterV2* clone() override { return new Loud(*this, source_); }
+  CPPAdapterV2* clone() override {
+    if (acts_.whenCloned) acts_.whenCloned();
+    return new Loud(*this, source_);
+  }
   bool open(const std::u16string& source) override {
     source_ = source;
+    if (acts_.whenOpened) acts_.whenOpened();
+    return true;
+  }
+  bool getData(const Workspace&, MetaDataCache&, const std::u16string&, AdapterError&) override {
+    if (acts_.whenRead) acts_.whenRead();
     return true;
   }
   bool close() override {
@@ -123,13 +138,87 @@ TEST_F(ProcessExitDeathTest, EndsInOrderWhenAdaptersThrowAsTheyAreClosed) {
 }
 
 TEST_F(ProcessExitDeathTest, EndsInOrderWhateverAdaptersThrow) {
+  for (const support::Thrown& thrown : support::everyKindOfException()) {
+    SCOPED_TRACE(thrown.name);
+    EXPECT_EXIT(
+        {
+          registerLoud(u"a", {.whenClosed = [&] { std::rethrow_exception(thrown.object); }});
+          open(u"x.test");
+          std::exit(0);
+        },
+        ExitedWithCode(0), "^<close x.test><end x.test><end a>$");
+  }
+}
+
+// The end of the process in the middle of a call: what the call holds stays
+
+TEST_F(ProcessExitDeathTest, ClosesTheOpenSourcesWhenAnAdapterEndsTheProcessAsItIsCloned) {
   EXPECT_EXIT(
       {
-        registerLoud(u"a", {.whenClosed = [] { throw 42; }});
+        static bool isDue = false;
+        registerLoud(u"a", {.whenCloned = [] {
+                       if (isDue) std::exit(0);
+                     }});
+        open(u"x.test");
+        isDue = true;
+        open(u"y.test");
+      },
+      ExitedWithCode(0), "^<close x.test><end x.test>$");
+}
+
+TEST_F(ProcessExitDeathTest, ClosesAnAdapterThatEndsTheProcessAsItIsOpened) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"a", {.whenOpened = [] { std::exit(0); }});
+        open(u"x.test");
+      },
+      ExitedWithCode(0), "^<close x.test>$");
+}
+
+TEST_F(ProcessExitDeathTest, ClosesAnAdapterThatEndsTheProcessAsItIsRead) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"a", {.whenRead = [] { std::exit(0); }});
+        open(u"x.test");
+        open(u"y.test");
+        const lx::base::Model model = lx::base::Model::create();
+        AdapterManagerV2::getData(u"x.test", u"s", DataContainer::create(model), u"", model);
+      },
+      ExitedWithCode(0), "^<close x.test><close y.test><end y.test><end a>$");
+}
+
+TEST_F(ProcessExitDeathTest, ClosesNoAdapterTwiceWhenOneEndsTheProcessAsItIsClosed) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"a", {.whenClosed = [] { std::exit(0); }});
+        open(u"x.test");
+        AdapterCacheV2::getInstance().destroy();
+      },
+      ExitedWithCode(0), "^<close x.test><end a>$");
+}
+
+TEST_F(ProcessExitDeathTest, EndsInOrderWhenAnAdapterEndsTheProcessInItsEnd) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"a", {.whenEnded = [] {
+                       static bool isFirst = true;
+                       if (std::exchange(isFirst, false)) std::exit(0);
+                     }});
+        open(u"x.test");
+        open(u"y.test");
+        AdapterManagerV2::closeSource(u"x.test", u"s", {});
+      },
+      ExitedWithCode(0), "^<end x.test><close y.test><end y.test><end a>$");
+}
+
+TEST_F(ProcessExitDeathTest, LeavesOpenWhatKeepsTheModelOfTheCache) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"a", {.whenEnded = [kept = AdapterCacheV2::getInstance().getModel()] {}});
         open(u"x.test");
         std::exit(0);
       },
-      ExitedWithCode(0), "^<close x.test><end x.test><end a>$");
+      ExitedWithCode(0), "^<end a>$");
 }
 
 TEST_F(ProcessExitDeathTest, EndsInOrderWhenMainReturnsWithNothingRegistered) {
