@@ -36,7 +36,8 @@ std::shared_ptr<CPPAdapterV2> openedAdapter(const std::u16string& source, const 
 
 bool AdapterManagerV2::registerCPPAdapter(const std::shared_ptr<CPPAdapterV2>& adapter) {
   if (!adapter) return false;
-  const std::shared_ptr<CPPAdapterV2> held = adapter;  // the client's pointer may go while the adapter is asked
+  // The adapter may reset the client's pointer while it is asked.
+  const auto held = std::shared_ptr<CPPAdapterV2>(adapter);
   const std::u16string name = held->getAdapterName();
   const AdapterRegistryV2 registry = AdapterRegistryV2::getInstance();
   if (registry.isAdapterRegisteredByName(name) || firstGeneration().isAdapterRegisteredByName(name))

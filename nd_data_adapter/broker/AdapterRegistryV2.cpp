@@ -37,7 +37,8 @@ AdapterRegistryV2 AdapterRegistryV2::getInstance() {
 
 bool AdapterRegistryV2::Impl::registerCPPAdapter(const std::shared_ptr<CPPAdapterV2>& adapter) {
   if (!adapter) return false;
-  const std::shared_ptr<CPPAdapterV2> held = adapter;  // the client's pointer may go while the adapter is asked
+  // The adapter may reset the client's pointer while it is asked.
+  const auto held = std::shared_ptr<CPPAdapterV2>(adapter);
   const std::u16string name = held->getAdapterName();
   checkAlive("nd.data.adapter.AdapterRegistryV2.registerCPPAdapter");  // the adapter may have ended it
   if (cPPRegistry_.contains(name)) return false;

@@ -23,7 +23,6 @@ using allocation_failure_test::liveAdapters;
 using allocation_failure_test::Section;
 using allocation_failure_test::Silent;
 using allocation_failure_test::Source;
-using lx::base::Model;
 using support::contentsOf;
 using support::Lines;
 using support::missingIn;
@@ -48,11 +47,6 @@ TEST_F(BrokerAllocationFailure, LeavesNothingOfARegistration) {
   AdapterRegistryV2::getInstance().destroy();
 }
 
-TEST_F(BrokerAllocationFailure, KeepsWhatCouldNotBeUnregistered) {
-  const std::u16string name = Silent().getAdapterName();
-  EXPECT_GE(failEachWithoutATrace(registerOne, [&] { AdapterManagerV2::unregisterAdapterByName(name); }), 1U);
-}
-
 TEST_F(BrokerAllocationFailure, DeletesANewAdapterWhoseControlBlockCanNotBeMade) {
   const std::u16string name = Silent().getAdapterName();
   const AdapterRegistryV2 registry = AdapterRegistryV2::getInstance();
@@ -73,15 +67,6 @@ TEST_F(BrokerAllocationFailure, OpensNothingOrCountsAsOpen) {
                     EXPECT_EQ(liveAdapters, 2U);
                 }),
             6U);
-}
-
-TEST_F(BrokerAllocationFailure, KeepsWhatCouldNotBeClosed) {
-  EXPECT_GE(failEachWithoutATrace(openOne, [] { AdapterManagerV2::closeSource(Source, Section, {}); }), 2U);
-}
-
-TEST_F(BrokerAllocationFailure, LeavesNoConfig) {
-  EXPECT_GE(failEachWithoutATrace(registerOne, [this] { AdapterManagerV2::getAdapterConfig(Source, model); }),
-            5U);
 }
 
 TEST_F(BrokerAllocationFailure, LeavesTheErrorOfAReadWholeAndOfTheControlsTheFormerOnesOrAPrefixOfTheNew) {

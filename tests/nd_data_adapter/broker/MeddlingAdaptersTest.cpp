@@ -30,7 +30,6 @@ using broker_operations::Operation;
 using broker_operations::Scene;
 using support::Lines;
 using support::ProbeAdapter;
-using support::ProbeScript;
 
 namespace {
 
