@@ -1,5 +1,6 @@
-// What does the broker add to the calls of an adapter? The floor makes the same virtual calls over a vector,
-// clones, makes a shared pointer, and inserts into and erases from a std::map.
+// What does the broker add to the calls of an adapter? The floor of opening makes the same virtual calls over
+// a vector, clones, makes a shared pointer, and inserts into and erases from a std::map. The floor of reading
+// forms the qualifier, finds it in a std::map, and makes one element.
 
 #include <map>
 #include <memory>
@@ -15,6 +16,7 @@ using nd::data::adapter::AdapterError;
 using nd::data::adapter::AdapterManagerV2;
 using nd::data::adapter::AdapterRegistryV2;
 using nd::data::adapter::ChangeReport;
+using nd::data::adapter::DataContainer;
 
 namespace {
 
@@ -81,6 +83,7 @@ void OpenAndCloseFloor(benchmark::State& state) {
 BENCHMARK(OpenAndCloseFloor)->Arg(1)->Arg(10)->Arg(100)->Arg(1000);
 
 void OpenAndClose(benchmark::State& state) {
+  measureBy(state, "OpenAndCloseFloor/" + std::to_string(state.range(0)));
   for (std::int64_t number = 0; number < state.range(0); ++number) {
     AdapterManagerV2::registerCPPAdapter(std::make_shared<Idle>(nameOf(number)));
   }
@@ -93,6 +96,58 @@ void OpenAndClose(benchmark::State& state) {
   AdapterRegistryV2::getInstance().destroy();
 }
 BENCHMARK(OpenAndClose)->Arg(1)->Arg(10)->Arg(100)->Arg(1000);
+
+/// A model for elements that stay; it is made anew before there are many.
+class ModelInUse {
+ public:
+  const lx::base::Model& forNext(benchmark::State& state) {
+    constexpr int many = 1000;
+    if (++elements_ == many) {
+      state.PauseTiming();
+      model_ = lx::base::Model::create();
+      elements_ = 0;
+      state.ResumeTiming();
+    }
+    return model_;
+  }
+
+ private:
+  lx::base::Model model_ = lx::base::Model::create();
+  int elements_ = 0;
+};
+
+void GetDataFloor(benchmark::State& state) {
+  const std::u16string section = nameOf(0);
+  const std::map<std::u16string, std::shared_ptr<CPPAdapterV2>> cache{
+      {Source + u"::" + section, std::make_shared<Idle>(section)}};
+  ModelInUse model;
+  for (auto _ : state) {
+    const std::u16string qualifier = Source + u"::" + section;
+    const auto found = cache.find(qualifier);
+    keepAlive(found);
+    const AdapterError made = AdapterError::create(model.forNext(state));
+    keepAlive(made);
+  }
+}
+BENCHMARK(GetDataFloor);
+
+void GetData(benchmark::State& state) {
+  measureBy(state, "GetDataFloor");
+  const std::u16string section = nameOf(0);
+  AdapterManagerV2::registerCPPAdapter(std::make_shared<Idle>(section));
+  AdapterManagerV2::openSource(Source, section, {});
+  const lx::base::Model owner = lx::base::Model::create();
+  const DataContainer container = DataContainer::create(owner);
+  ModelInUse model;
+  for (auto _ : state) {
+    const AdapterError error =
+        AdapterManagerV2::getData(Source, section, container, u"", model.forNext(state));
+    keepAlive(error);
+  }
+  AdapterManagerV2::closeSource(Source, section, {});
+  AdapterRegistryV2::getInstance().destroy();
+}
+BENCHMARK(GetData);
 
 void CompareExtensionsFloor(benchmark::State& state) {
   const std::u16string left = u".test";
@@ -108,6 +163,7 @@ void CompareExtensionsFloor(benchmark::State& state) {
 BENCHMARK(CompareExtensionsFloor);
 
 void CompareExtensions(benchmark::State& state) {
+  measureBy(state, "CompareExtensionsFloor");
   const std::u16string left = u".test";
   const std::u16string right = u".TEST";
   for (auto _ : state) {

@@ -24,6 +24,7 @@ class RatioReporter final : public benchmark::ConsoleReporter {
       times_[name] = run.GetAdjustedCPUTime() * 1e9 / benchmark::GetTimeUnitMultiplier(run.time_unit);
       for (const auto& [counter, value] : run.counters) counters_[name][counter] = value.value;
       names_.push_back(name);
+      file(name);
       if (!run.report_label.empty()) floors_[name] = run.report_label;
     }
   }
@@ -43,9 +44,33 @@ class RatioReporter final : public benchmark::ConsoleReporter {
         if (peer != peers.end()) print("  " + counter, static_cast<int>(width), value, peer->second);
       }
     }
+    for (const auto& [family, members] : families_) printGrowth(family, members, static_cast<int>(width));
   }
 
  private:
+  /// The names of the benchmarks that differ in their one argument only, by the argument.
+  using Members = std::map<long, std::string>;
+
+  void file(const std::string& name) {
+    const std::size_t slash = name.find('/');
+    if (slash == std::string::npos) return;
+    const std::string argument = name.substr(slash + 1);
+    if (argument.find_first_not_of("0123456789") != std::string::npos) return;
+    families_[name.substr(0, slash)][std::stol(argument)] = name;
+  }
+
+  void printGrowth(const std::string& family, const Members& members, int width) const {
+    const auto& [least, first] = *members.begin();
+    const auto& [most, last] = *members.rbegin();
+    if (least == most || floors_.count(first) == 0 || floors_.count(last) == 0) return;
+    const auto floorOfFirst = times_.find(floors_.at(first));
+    const auto floorOfLast = times_.find(floors_.at(last));
+    if (floorOfFirst == times_.end() || floorOfLast == times_.end()) return;
+    const auto steps = static_cast<double>(most - least);
+    print(family + ", for each", width, (times_.at(last) - times_.at(first)) / steps,
+          (floorOfLast->second - floorOfFirst->second) / steps);
+  }
+
   static void print(const std::string& what, int width, double value, double floor) {
     std::printf("%-*s %14.2f %14.2f %8.2f\n", width, what.c_str(), value, floor, value / floor);
   }
@@ -53,6 +78,7 @@ class RatioReporter final : public benchmark::ConsoleReporter {
   std::vector<std::string> names_;
   std::map<std::string, double> times_;
   std::map<std::string, std::string> floors_;
+  std::map<std::string, Members> families_;
   std::map<std::string, std::map<std::string, double>> counters_;
 };
 
