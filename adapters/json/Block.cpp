@@ -38,10 +38,16 @@ double toDouble(std::uint64_t bits, BlockKind kind) {
                                   : static_cast<double>(bits);
 }
 
+hvArrayPtr makeZeros(const BlockShape& shape, hvClassCode classCode) {
+  // Scalars and rows are what a file has most of.
+  if (shape.size() < 2) return hvArrayPtr(hvCreateNumericMatrix(1, countElements(shape), classCode));
+  return hvArrayPtr(hvCreateNumericArray(dimensionsOf(shape), classCode));
+}
+
 template <typename Element, typename Convert>
 hvArrayPtr makeNumbers(const BlockShape& shape, hvClassCode classCode, std::span<const std::uint64_t> numbers,
                        const Convert& convert) {
-  hvArrayPtr array(hvCreateNumericArray(dimensionsOf(shape), classCode));
+  hvArrayPtr array = makeZeros(shape, classCode);
   if (numbers.empty()) return array;
   Element* const to = hvGetWritableData<Element>(array.get()).data();
   forEachInColumnOrder(shape, [&](std::size_t into, std::size_t from) { to[into] = convert(numbers[from]); });
@@ -144,7 +150,7 @@ void BlockStacks::drop(const Block& block) noexcept {
 hvArrayPtr makeArray(BlockStacks& stacks, const Block& block) {
   switch (block.kind) {
     case BlockKind::Empty:
-      return hvArrayPtr(hvCreateNumericArray(dimensionsOf(block.shape), hvClassCode::Double));
+      return makeZeros(block.shape, hvClassCode::Double);
     case BlockKind::Logical:
       return makeLogicalArray(stacks, block);
     case BlockKind::Text:

@@ -9,6 +9,8 @@
 #include <limits>
 #include <system_error>
 
+#include "adapters/json/characters.h"
+
 namespace nd::adapters::json {
 namespace {
 
@@ -85,7 +87,12 @@ boost::optional<std::int64_t> negativeInteger(std::string_view literal) noexcept
 }
 
 std::string_view numberLiteral(std::string_view text) noexcept {
-  return text.substr(0, text.find_first_not_of("0123456789+-.eE"));
+  const auto isPart = [](char character) {
+    return isDigit(character) || character == '.' || character == '-' || character == 'e' ||
+           character == 'E' || character == '+';
+  };
+  const auto end = std::find_if_not(text.begin(), text.end(), isPart);
+  return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
 bool holdsOnlyIntegers(std::string_view excerpt) noexcept {

@@ -21,9 +21,11 @@ boost::optional<std::size_t> MemberNames::add(std::string_view name, std::size_t
     if (!isExpected) keepOwn();
   }
   if (own_) {
-    if (const auto earlier = find(name)) return earlier;
     own_->emplace_back(name);
-    if (!index_.empty()) index_.emplace(name, position);
+    if (const auto earlier = findLikeLast()) {
+      own_->pop_back();
+      return earlier;
+    }
   }
   offsets_.push_back(offset);
   return boost::none;
@@ -41,19 +43,20 @@ void MemberNames::keepOwn() {
   own_->assign(expected_->begin(), expected_->begin() + static_cast<std::ptrdiff_t>(offsets_.size()));
 }
 
-boost::optional<std::size_t> MemberNames::find(std::string_view name) {
-  if (own_->size() < fewNames) {
-    const auto found = std::find(own_->begin(), own_->end(), name);
-    if (found == own_->end()) return boost::none;
+boost::optional<std::size_t> MemberNames::findLikeLast() {
+  const std::size_t last = own_->size() - 1;
+  if (last < fewNames) {
+    const auto found = std::find(own_->begin(), own_->end() - 1, own_->back());
+    if (found == own_->end() - 1) return boost::none;
     return static_cast<std::size_t>(found - own_->begin());
   }
-  if (index_.empty()) {
-    for (std::size_t position = 0; position < own_->size(); ++position)
-      index_.emplace((*own_)[position], position);
+  if (!index_) {
+    index_.emplace(2 * fewNames, HashAt{own_.get()}, EqualAt{own_.get()});
+    for (std::size_t position = 0; position < last; ++position) index_->insert(position);
   }
-  const auto found = index_.find(name);
-  if (found == index_.end()) return boost::none;
-  return found->second;
+  const auto [found, isNew] = index_->insert(last);
+  if (isNew) return boost::none;
+  return *found;
 }
 
 }  // namespace nd::adapters::json

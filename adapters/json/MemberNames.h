@@ -1,14 +1,13 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 #include <boost/container/small_vector.hpp>
 #include <boost/optional.hpp>
+#include <boost/unordered/unordered_flat_set.hpp>
 
 #include "adapters/json/Block.h"
 #include "platform/text/Hash.h"
@@ -34,14 +33,28 @@ class MemberNames {
   std::shared_ptr<const MemberNameList> finish();
 
  private:
+  /// Let a table hold positions that are told apart by the names there.
+  struct HashAt {
+    std::size_t operator()(std::size_t position) const noexcept {
+      return lx::text::hash(std::string_view((*names)[position]));
+    }
+    const MemberNameList* names;
+  };
+  struct EqualAt {
+    bool operator()(std::size_t left, std::size_t right) const noexcept {
+      return (*names)[left] == (*names)[right];
+    }
+    const MemberNameList* names;
+  };
+
   void keepOwn();
-  boost::optional<std::size_t> find(std::string_view name);
+  boost::optional<std::size_t> findLikeLast();
 
   std::shared_ptr<const MemberNameList> expected_;
   std::shared_ptr<MemberNameList> own_;
   boost::container::small_vector<std::size_t, 16> offsets_;
-  /// Positions by name, once there are many.
-  std::unordered_map<std::string, std::size_t, lx::text::Hash, std::equal_to<>> index_;
+  /// The positions of own names, once there are many.
+  boost::optional<boost::unordered_flat_set<std::size_t, HashAt, EqualAt>> index_;
 };
 
 }  // namespace nd::adapters::json

@@ -8,6 +8,9 @@
 #include <new>
 #include <string_view>
 #include <utility>
+#include <vector>
+
+#include <boost/unordered/unordered_flat_set.hpp>
 
 // The checks allocate without looking whether there was memory, and what they watch can't happen on one walk.
 #define SIMDJSON_DEVELOPMENT_CHECKS 0
@@ -24,9 +27,9 @@
 #include "adapters/json/Place.h"
 #include "adapters/json/TextCheck.h"
 #include "adapters/json/VariableName.h"
-#include "adapters/json/characters.h"
 #include "adapters/json/messages.h"
 #include "platform/text/Convert.h"
+#include "platform/text/Hash.h"
 
 namespace nd::adapters::json {
 namespace {
@@ -106,10 +109,11 @@ class Reader {
   Document readTop(ondemand::object top) {
     const Level level(*this);
     Document content;
-    MemberNames names;
+    MemberNames dollarNames;
     bool isFirst = true;
-    readMembers(top, names, [&](std::string_view name, ondemand::value& value) {
+    readMembers(top, [&](std::string_view name, std::size_t offset, ondemand::value& value) {
       if (isDollarName(name)) {
+        refuseRepeated(dollarNames.add(name, offset).has_value());
         checkNameAtTop(std::string(name), isFirst, offsetOf(value));
         if (name == metaDataName) {
           content.metaData = exactReaderAt(value).metaData();
@@ -120,11 +124,23 @@ class Reader {
         if (!isVariableName(name) || isTooLongForVariable(name))
           throw Refusal{"a name is none for a variable"};
         content.variables.push_back({std::string(name), nullptr});
-        content.variables.back().value = takeArray(stacks_, readValue(value));
+        content.variables.back().value = readWhole(value);
       }
       isFirst = false;
     });
+    refuseRepeated(hasRepeatedName(content.variables));
     return content;
+  }
+
+  static void refuseRepeated(bool isRepeated) {
+    if (isRepeated) throw Refusal{"a name comes twice"};
+  }
+
+  /// The variables may be many: their names aren't copied for this.
+  static bool hasRepeatedName(const std::vector<Variable>& variables) {
+    boost::unordered_flat_set<std::string_view, lx::text::Hash> names(variables.size());
+    return !std::all_of(variables.begin(), variables.end(),
+                        [&](const Variable& variable) { return names.insert(variable.name).second; });
   }
 
   /// Objects whose names begin with "$" have rules of their own. The parser isn't told that they have been
@@ -134,15 +150,22 @@ class Reader {
   }
 
   template <typename Visit>
-  void readMembers(ondemand::object& object, MemberNames& names, const Visit& visit) {
+  void readMembers(ondemand::object& object, const Visit& visit) {
     for (auto member : object) {
       ondemand::field field;
       take(member, field);
       const std::size_t offset = offsetOf(field.key().raw()) - 1;
       const std::string_view name = unescape(field.key(), offsetOf(field.value()) - offset);
-      if (names.add(name, offset)) throw Refusal{"a name comes twice"};
-      visit(name, field.value());
+      visit(name, offset, field.value());
     }
+  }
+
+  /// Read a value that has no part in a larger one. Most are numbers.
+  hvArrayPtr readWhole(ondemand::value& value) {
+    double number = 0;
+    if (value.get_double().get(number) == simdjson::SUCCESS && std::abs(number) < firstInexactInteger)
+      return hvArrayPtr(hvCreateDoubleScalar(number));
+    return takeArray(stacks_, readValue(value));
   }
 
   Block readValue(ondemand::value& value,
@@ -176,17 +199,15 @@ class Reader {
       ondemand::value element;
       take(item, element);
       const std::size_t offset = offsetOf(element);
-      if (isNumberAt(offset) && gatherer.takesDoubles()) {
-        const double number = readDouble(element);
-        if (std::abs(number) < firstInexactInteger) {
-          if (stacks_.numbers.size() == stacks_.numbers.capacity()) makeRoomForNumbers(offset);
-          gatherer.addDouble(number);
-        } else {
-          gatherer.add(numberBlock(number, offset), offset - begin);
-        }
-        continue;
+      double number = 0;
+      if (!gatherer.takesDoubles() || element.get_double().get(number) != simdjson::SUCCESS) {
+        gatherer.add(readValue(element, gatherer.expectedNames()), offset - begin);
+      } else if (std::abs(number) < firstInexactInteger) {
+        if (stacks_.numbers.size() == stacks_.numbers.capacity()) makeRoomForNumbers(offset);
+        gatherer.addDouble(number);
+      } else {
+        gatherer.add(numberBlock(number, offset), offset - begin);
       }
-      gatherer.add(readValue(element, gatherer.expectedNames()), offset - begin);
     }
     if (gatherer.clash()) throw Refusal{"numbers have no class in common"};
     Block block = gatherer.finish();
@@ -218,9 +239,10 @@ class Reader {
     take(value.get_object(), object);
     const std::size_t begin = stacks_.arrays.size();
     MemberNames names(expectedNames);
-    readMembers(object, names, [&](std::string_view name, ondemand::value& member) {
+    readMembers(object, [&](std::string_view name, std::size_t offset, ondemand::value& member) {
+      refuseRepeated(names.add(name, offset).has_value());
       if (isDollarName(name)) throw Refusal{"a plain object has a name that begins with a dollar sign"};
-      hvArrayPtr array = takeArray(stacks_, readValue(member));
+      hvArrayPtr array = readWhole(member);
       stacks_.arrays.push_back(std::move(array));
     });
     return {BlockKind::Struct, {}, begin, {}, names.finish()};
@@ -237,12 +259,6 @@ class Reader {
     std::string_view text;
     take(parser_.unescape(raw, end), text);
     return text;
-  }
-
-  bool isNumberAt(std::size_t offset) const {
-    if (offset == text_.size()) return false;
-    const char character = text_[offset];
-    return character == '-' || isDigit(character);
   }
 
   static double readDouble(ondemand::value& value) {
