@@ -51,8 +51,8 @@ std::size_t elementSize(hvClassCode classCode, hvComplexity complexity) noexcept
   }
 }
 
-DataBody::DataBody(hvClassCode classCode, hvComplexity complexity, Shape shape, std::size_t bytes) noexcept
-    : Body(classCode, complexity, std::move(shape)), bytes_(bytes) {}
+DataBody::DataBody(hvClassCode classCode, hvComplexity complexity, Shape shape) noexcept
+    : Body(classCode, complexity, std::move(shape)) {}
 
 void* DataBody::operator new(std::size_t size, Trailing trailing) {
   return ::operator new(size + trailing.bytes);
@@ -66,32 +66,36 @@ void DataBody::operator delete(void* memory) noexcept {
 
 BodyRef DataBody::createUnset(hvClassCode classCode, hvComplexity complexity, Shape shape) {
   const std::size_t bytes = checkedBytes(shape.count(), elementSize(classCode, complexity));
-  return BodyRef(new (Trailing{bytes}) DataBody(classCode, complexity, std::move(shape), bytes));
+  return BodyRef(new (Trailing{bytes}) DataBody(classCode, complexity, std::move(shape)));
 }
 
 BodyRef DataBody::create(hvClassCode classCode, hvComplexity complexity, Shape shape) {
   BodyRef body = createUnset(classCode, complexity, std::move(shape));
   auto& made = static_cast<DataBody&>(*body);
-  std::memset(made.data(), 0, made.bytes_);
+  std::memset(made.data(), 0, made.bytes());
   return body;
 }
 
 BodyRef DataBody::clone() const {
   BodyRef copy = createUnset(classCode(), complexity(), shape());
-  std::memcpy(static_cast<DataBody&>(*copy).data(), data(), bytes_);
+  std::memcpy(static_cast<DataBody&>(*copy).data(), data(), bytes());
   return copy;
 }
 
 bool DataBody::holdsSame(const Body& other) const {
   const void* const theirs = static_cast<const DataBody&>(other).data();
-  if (std::memcmp(data(), theirs, bytes_) == 0) return true;
-  if (classCode() == hvClassCode::Double) return sameNumbers<double, std::uint64_t>(data(), theirs, bytes_);
-  if (classCode() == hvClassCode::Single) return sameNumbers<float, std::uint32_t>(data(), theirs, bytes_);
+  if (std::memcmp(data(), theirs, bytes()) == 0) return true;
+  if (classCode() == hvClassCode::Double) return sameNumbers<double, std::uint64_t>(data(), theirs, bytes());
+  if (classCode() == hvClassCode::Single) return sameNumbers<float, std::uint32_t>(data(), theirs, bytes());
   return false;
 }
 
 std::size_t DataBody::byteSize(SizeMemo&) const {
-  return bytes_;
+  return bytes();
+}
+
+std::size_t DataBody::bytes() const noexcept {
+  return count() * elementSize(classCode(), complexity());
 }
 
 }  // namespace hvdetail

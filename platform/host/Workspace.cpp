@@ -23,9 +23,13 @@ namespace {
 constexpr std::size_t largestHint = 1024;
 constexpr std::size_t fewestSlots = 8;
 
+constexpr std::size_t usable(std::size_t slots) noexcept {
+  return slots / 5 * 4;
+}
+
 std::size_t slotsFor(std::size_t variables) noexcept {
   std::size_t slots = fewestSlots;
-  while (slots / 3 * 2 < variables) slots *= 2;
+  while (usable(slots) < variables) slots *= 2;
   return slots;
 }
 
@@ -78,7 +82,7 @@ std::size_t VariableIndex::firstFree(std::size_t hash) const noexcept {
 }
 
 void VariableIndex::reserve(std::size_t variables) {
-  if (variables <= slots_.size() / 3 * 2) return;
+  if (variables <= usable(slots_.size())) return;
   VariableIndex larger;
   larger.slots_.resize(slotsFor(variables));
   for (const Slot& slot : slots_) {

@@ -26,13 +26,12 @@ class DataBody final : public Body {
     std::size_t bytes;
   };
 
-  DataBody(hvClassCode classCode, hvComplexity complexity, Shape shape, std::size_t bytes) noexcept;
+  DataBody(hvClassCode classCode, hvComplexity complexity, Shape shape) noexcept;
   static void* operator new(std::size_t size, Trailing trailing);
   static void operator delete(void* memory, Trailing trailing) noexcept;
 
+  std::size_t bytes() const noexcept;
   static BodyRef createUnset(hvClassCode classCode, hvComplexity complexity, Shape shape);
-
-  std::size_t bytes_;
 };
 
 /// Tell how many bytes an element takes; 0 for classes that are no plain data.

@@ -51,7 +51,7 @@ class Variable {
 
 using VariableRef = boost::intrusive_ptr<Variable>;
 
-/// A hash table from names to variables: open addressing, a power of two slots, at most two thirds of them in
+/// A hash table from names to variables: open addressing, a power of two slots, at most four fifths of them in
 /// use. The hash beside each pointer spares nearly all visits to variables of other names.
 class VariableIndex {
  public:
