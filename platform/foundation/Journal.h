@@ -4,7 +4,8 @@
 #include <cstddef>
 #include <memory>
 #include <utility>
-#include <vector>
+
+#include <boost/container/small_vector.hpp>
 
 #include "platform/foundation/ModelElement.h"
 
@@ -93,7 +94,7 @@ class JournalMark {
 /// `delta` gives the element that a change concerns and +1, -1 or 0.
 template <class Change, class Delta>
 bool membershipIsUnchanged(const Change* top, const Change* mark, Delta delta) {
-  std::vector<std::pair<const ModelElement::Impl*, int>> sums;
+  boost::container::small_vector<std::pair<const ModelElement::Impl*, int>, 8> sums;
   for (; top != nullptr && top != mark; top = top->below) sums.push_back(delta(*top));
   std::sort(sums.begin(), sums.end());
   for (std::size_t at = 0; at < sums.size();) {

@@ -96,7 +96,7 @@ void ModelAccess::commit(Level& level, const boost::optional<Value>& label) {
   const bool tells = !level.quiet && !model.observers_.empty();
   const std::vector<ModelElement> created = tells ? createdIn(level) : std::vector<ModelElement>();
   const std::vector<ModelElement> destroyed = tells ? destroyedIn(level) : std::vector<ModelElement>();
-  forgetUnchanged(level);
+  if (!model.observers_.empty()) forgetUnchanged(level);
 
   // From here on nothing throws: the changes stand.
   const Model keep(&model);

@@ -110,7 +110,7 @@ class ND_PLATFORM_EXPORT ModelAccess {
 
   static bool hasDyingContainer(const Element& element) noexcept;
   static bool endsUnheard(const Element& element) noexcept;
-  static void destroyUnheard(Element& element) noexcept;
+  static void destroyUnheard(Element& element);
   static void destroyHeard(Element& element);
   static void tellAll(Element& root, const Transaction& transaction);
   static void tellModel(Model::Impl& model, bool swallow);

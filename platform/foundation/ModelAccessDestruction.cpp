@@ -170,14 +170,17 @@ void ModelAccess::killReplaced(Model::Impl& model, std::size_t toldBefore) {
 }
 
 /// Tell whether an element is there and can be destroyed without more ado: nothing is to be undone, nobody
-/// has a say in it, and it stands alone.
+/// has a say in it, and it stands alone, or nobody hears that its container changes.
 bool ModelAccess::endsUnheard(const Element& element) noexcept {
   constexpr std::uint32_t Asked = Element::Alive | Element::Told | Element::Mute | Element::Composite;
-  return (element.flags_ & Asked) == (Element::Alive | Element::Mute) && element.slot_ == nullptr &&
-         element.incoming_ == nullptr && element.model_->top_ == nullptr && !element.model_->frozen_;
+  const Model::Impl& model = *element.model_;
+  return (element.flags_ & Asked) == (Element::Alive | Element::Mute) &&
+         (element.slot_ == nullptr || model.observers_.empty()) && element.incoming_ == nullptr &&
+         model.top_ == nullptr && !model.frozen_;
 }
 
-void ModelAccess::destroyUnheard(Element& element) noexcept {
+void ModelAccess::destroyUnheard(Element& element) {
+  if (element.slot_ != nullptr) element.slot_->takeOut(element);
   Model::Impl& model = *element.model_;
   model.addRef();
   countTransaction(model);
