@@ -18,12 +18,15 @@ namespace lx::text {
 
 namespace {
 
-bool isAscii(char16_t unit) {
+bool isAscii(unsigned unit) {
   return unit < 0x80;
 }
 
-char16_t foldAscii(char16_t unit) {
-  return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+// Tell whether two characters of ASCII that aren't the same are the two cases of one letter.
+bool differInCaseOnly(unsigned left, unsigned right) {
+  constexpr unsigned caseBit = u'a' ^ u'A';
+  const unsigned lower = left | caseBit;
+  return (left ^ right) == caseBit && lower >= u'a' && lower <= u'z';
 }
 
 constexpr auto longest = static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max());
@@ -99,10 +102,13 @@ std::u16string canonicalFold(std::u16string_view text) {
 bool equalNormalizedIgnoringCase(std::u16string_view left, std::u16string_view right) {
   // No character reorders or composes across an ASCII one, and none folds to nothing: so what is ASCII on
   // both sides is compared by itself, and the tables decide about the rest.
+  const std::size_t common = std::min(left.size(), right.size());
   std::size_t at = 0;
-  while (at < left.size() && at < right.size() && isAscii(left[at]) && isAscii(right[at])) {
-    if (foldAscii(left[at]) != foldAscii(right[at])) return false;
-    ++at;
+  for (; at < common; ++at) {
+    const unsigned l = left[at];
+    const unsigned r = right[at];
+    if (!isAscii(l | r)) break;
+    if (l != r && !differInCaseOnly(l, r)) return false;
   }
   left.remove_prefix(at);
   right.remove_prefix(at);
