@@ -1,5 +1,7 @@
 #include "nd_data_adapter/model/URIOperations.h"
 
+#include <string_view>
+
 #include "platform/services/FileSystem.h"
 
 namespace ndx::broker {
@@ -34,9 +36,8 @@ bool URIOperations::isReadable(const std::u16string& uri) {
 }
 
 std::u16string URIOperations::removeTag(const std::u16string& uri) {
-  const std::u16string shortened = removeValueOverrideSrcTag(uri);
-  const std::size_t tag = shortened.find(u'#');
-  return tag == std::u16string::npos ? uri : shortened.substr(0, tag);
+  const std::u16string_view shortened = std::u16string_view(uri).substr(0, uri.find(u'&'));
+  return uri.substr(0, shortened.find(u'#'));
 }
 
 std::u16string URIOperations::getFileNameWithExtension(const std::u16string& uri) {

@@ -1,26 +1,49 @@
 #include "nd_data_adapter/broker/internal/AdapterEntries.h"
 
 #include "nd_data_adapter/broker/CPPAdapterV2.h"
+#include "platform/foundation/ModelAccess.h"
 
 namespace nd::data::adapter::detail {
+
+namespace {
+
+void fillEntry(const CPPAdapterV2Entry& entry, AdapterEntries& entries, const std::u16string& key,
+               const std::shared_ptr<CPPAdapterV2>& adapter) {
+  try {
+    entry.setName(key);
+    entry.setAdapter(adapter);
+    entries.add(entry);
+  } catch (...) {
+    entry.destroy();  // without an observer there is no transaction that undoes its creation
+    throw;
+  }
+}
+
+}  // namespace
 
 void addEntry(AdapterEntries& entries, const std::u16string& key,
               const std::shared_ptr<CPPAdapterV2>& adapter) {
   const lx::base::Model model = entries.getModel();
+  if (!model.impl()->hasOpenTransaction()) {
+    lx::base::MutationScope scope(*model.impl());
+    fillEntry(CPPAdapterV2Entry::create(model), entries, key, adapter);
+    return scope.commit();
+  }
   lx::base::Transaction transaction = model.impl()->beginTransaction(false);
-  const CPPAdapterV2Entry entry = CPPAdapterV2Entry::create(model);
-  entry.setName(key);
-  entry.setAdapter(adapter);
-  entries.add(entry);
+  fillEntry(CPPAdapterV2Entry::create(model), entries, key, adapter);
   transaction.commit();
 }
 
 bool removeEntry(AdapterEntries& entries, const std::u16string& key) {
   const CPPAdapterV2Entry entry = entries.find(key);
   if (!entry) return false;
-  std::shared_ptr<CPPAdapterV2> adapter;  // declared before the transaction, so that it goes after it
-  lx::base::Transaction transaction = entries.getModel().impl()->beginTransaction(false);
-  adapter = entry.adapter();
+  const std::shared_ptr<CPPAdapterV2> adapter = entry.adapter();  // so that it goes last
+  const lx::base::Model model = entries.getModel();
+  if (!model.impl()->hasOpenTransaction()) {
+    entry.destroy();
+    return true;
+  }
+  lx::base::Transaction transaction = model.impl()->beginTransaction(false);
   entry.setAdapter(nullptr);  // while the owner of the entries ends, this lets go of it at once
   entry.destroy();
   transaction.commit();

@@ -1,6 +1,7 @@
 #include "nd_data_adapter/model/AdapterManagerV2.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "nd_data_adapter/broker/CPPAdapterV2.h"
 #include "nd_data_adapter/broker/internal/FirstGenerationRoad.h"
@@ -25,7 +26,13 @@ Adapters adaptersFor(const std::u16string& source) {
 }
 
 std::u16string qualifierOf(const std::u16string& source, const std::u16string& section) {
-  return source + u"::" + section;
+  constexpr std::u16string_view separator = u"::";
+  std::u16string qualifier;
+  qualifier.reserve(source.size() + separator.size() + section.size());
+  qualifier += source;
+  qualifier += separator;
+  qualifier += section;
+  return qualifier;
 }
 
 std::shared_ptr<CPPAdapterV2> openedAdapter(const std::u16string& source, const std::u16string& section) {

@@ -6,6 +6,7 @@
 #include "nd_data_adapter/broker/internal/AdapterEntries.h"
 #include "nd_data_adapter/broker/internal/Singletons.h"
 #include "nd_data_adapter/model/URIOperations.h"
+#include "platform/text/Compare.h"
 #include "platform/text/FoldedCompare.h"
 
 namespace nd::data::adapter {
@@ -15,7 +16,8 @@ namespace {
 bool claims(CPPAdapterV2& adapter, const std::u16string& dottedExtension) {
   const std::vector<std::u16string> extensions = adapter.getSupportedExtensions();
   return std::any_of(extensions.begin(), extensions.end(), [&](const std::u16string& each) {
-    return lx::text::equalNormalizedIgnoringCase(each, dottedExtension);
+    return lx::text::equal(each, dottedExtension) ||
+           lx::text::equalNormalizedIgnoringCase(each, dottedExtension);
   });
 }
 
@@ -23,6 +25,7 @@ bool claims(CPPAdapterV2& adapter, const std::u16string& dottedExtension) {
 /// end was undone.
 std::vector<std::shared_ptr<CPPAdapterV2>> prototypesOf(const detail::AdapterEntries& entries) {
   std::vector<std::shared_ptr<CPPAdapterV2>> result;
+  result.reserve(entries.size());
   for (const CPPAdapterV2Entry& entry : entries) {
     if (std::shared_ptr<CPPAdapterV2> prototype = entry.adapter()) result.push_back(std::move(prototype));
   }
@@ -70,10 +73,8 @@ std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getCPPAdapterForStaticUse
 std::vector<std::shared_ptr<CPPAdapterV2>> AdapterRegistryV2::Impl::getCPPAdapterStaticForSource(
     const std::u16string& sourceURI) {
   const std::u16string extension = u"." + ndx::broker::URIOperations::getExtension(sourceURI);
-  std::vector<std::shared_ptr<CPPAdapterV2>> result;
-  for (const std::shared_ptr<CPPAdapterV2>& prototype : prototypesOf(cPPRegistry_)) {
-    if (claims(*prototype, extension)) result.push_back(prototype);
-  }
+  std::vector<std::shared_ptr<CPPAdapterV2>> result = prototypesOf(cPPRegistry_);
+  std::erase_if(result, [&](const auto& prototype) { return !claims(*prototype, extension); });
   return result;
 }
 

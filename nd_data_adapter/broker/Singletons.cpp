@@ -30,15 +30,14 @@ class ReleaseAtExit {
 // What a static's construction touches first goes after it.
 
 Singleton<AdapterRegistryV2>& registrySingleton() {
-  MetaPackageNd_data_adapter::getInstance();
-  static Singleton<AdapterRegistryV2>& singleton = *new Singleton<AdapterRegistryV2>;
+  static Singleton<AdapterRegistryV2>& singleton =
+      (MetaPackageNd_data_adapter::getInstance(), *new Singleton<AdapterRegistryV2>);
   static const ReleaseAtExit<AdapterRegistryV2> release(singleton);
   return singleton;
 }
 
 Singleton<AdapterCacheV2>& cacheSingleton() {
-  registrySingleton();
-  static Singleton<AdapterCacheV2>& singleton = *new Singleton<AdapterCacheV2>;
+  static Singleton<AdapterCacheV2>& singleton = (registrySingleton(), *new Singleton<AdapterCacheV2>);
   static const ReleaseAtExit<AdapterCacheV2> release(singleton);
   return singleton;
 }

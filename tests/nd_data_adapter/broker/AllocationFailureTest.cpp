@@ -47,6 +47,14 @@ TEST_F(BrokerAllocationFailure, LeavesNothingOfARegistration) {
   AdapterRegistryV2::getInstance().destroy();
 }
 
+TEST_F(BrokerAllocationFailure, NeedsNoMemoryToUnregisterWhatNobodyObserves) {
+  const std::u16string name = Silent().getAdapterName();
+  bool isUnregistered = false;
+  const auto unregister = [&] { isUnregistered = AdapterManagerV2::unregisterAdapterByName(name); };
+  EXPECT_EQ(failEachWithoutATrace(registerOne, unregister), 0U);
+  EXPECT_TRUE(isUnregistered);
+}
+
 TEST_F(BrokerAllocationFailure, DeletesANewAdapterWhoseControlBlockCanNotBeMade) {
   const std::u16string name = Silent().getAdapterName();
   const AdapterRegistryV2 registry = AdapterRegistryV2::getInstance();
