@@ -51,8 +51,8 @@ class Variable {
 
 using VariableRef = boost::intrusive_ptr<Variable>;
 
-/// A hash table from names to variables: open addressing, a power of two slots, at most four fifths of them in
-/// use. The hash beside each pointer spares nearly all visits to variables of other names.
+/// A hash table from names to variables: open addressing, a power of two slots, at most four fifths of them
+/// in use. The hash beside each pointer spares nearly all visits to variables of other names.
 class VariableIndex {
  public:
   static std::size_t hashOf(std::string_view name) noexcept;
