@@ -131,6 +131,12 @@ class ND_PLATFORM_EXPORT ModelAccess {
   static Storage* releaseOfDead(Storage* saved) noexcept;
   static void retire(Model::Impl& model, Storage* saved) noexcept;
   static void bury(Element* dead) noexcept;
+  /// Give a handle that takes over a reference which was added by hand.
+  static ModelElement adopt(Element& element) noexcept {
+    ModelElement handle;
+    handle.impl_ = &element;
+    return handle;
+  }
   static void endForGood(Element& dead) noexcept {
     if ((dead.flags_ & Element::Identified) != 0) forget(dead);
     dead.invalidate();

@@ -186,7 +186,7 @@ void ModelAccess::destroyUnheard(Element& element) {
   countTransaction(model);
   element.flags_ &= ~static_cast<std::uint32_t>(Element::Alive);
   unlink(element);
-  const ModelElement destroyed = ModelElement::adopt(element);  // the model's reference
+  const ModelElement destroyed = adopt(element);  // the model's reference
   if (!model.observers_.empty()) notify(model, ChangeSet(model, {}, {&destroyed, 1}, nullptr, nullptr));
   endForGood(element);
   model.removeRef();

@@ -112,13 +112,6 @@ class ND_PLATFORM_EXPORT ModelElement {
 
   [[noreturn]] static void raiseNull(const char* operation);
 
-  /// Give a handle that takes over a reference which was added by hand.
-  static ModelElement adopt(Impl& impl) noexcept {
-    ModelElement handle;
-    handle.impl_ = &impl;
-    return handle;
-  }
-
   Impl* impl_ = nullptr;
 };
 

@@ -12,7 +12,7 @@ SHARED = set("""
     """.split())
 
 # The members of lx::base::ModelElement, and what every handle adds to them.
-HANDLE = HANDLE_TYPES | SHARED | {"Uuid", "adopt", "create", "impl", "metaClass", "raiseNull", "self"}
+HANDLE = HANDLE_TYPES | SHARED | {"Uuid", "create", "impl", "metaClass", "raiseNull", "self"}
 
 # The members of lx::base::ModelElement::Impl and of its base, and what every element adds to them.
 ELEMENT = ELEMENT_TYPES | SHARED | set("""
