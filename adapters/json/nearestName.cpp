@@ -1,8 +1,11 @@
 #include "adapters/json/nearestName.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <vector>
+#include <limits>
+#include <string>
+
+#include "platform/text/Convert.h"
+#include "platform/text/EditDistance.h"
 
 namespace nd::adapters::json {
 namespace {
@@ -10,32 +13,27 @@ namespace {
 /// What is longer differs more than names that are alike; and the time grows with the length.
 constexpr std::size_t longestName = 64;
 
-std::size_t distance(std::string_view left, std::string_view right) {
-  std::vector<std::size_t> row(right.size() + 1);
-  for (std::size_t column = 0; column <= right.size(); ++column) row[column] = column;
-  for (std::size_t i = 0; i < left.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (std::size_t j = 0; j < right.size(); ++j) {
-      const std::size_t replaced = diagonal + (left[i] == right[j] ? 0U : 1U);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, diagonal + 1, row[j] + 1});
-    }
-  }
-  return row.back();
+std::u16string beginningOf(std::string_view name) {
+  return lx::text::toUtf16(name.substr(0, longestName));
+}
+
+std::size_t difference(std::size_t left, std::size_t right) {
+  return left > right ? left - right : right - left;
 }
 
 }  // namespace
 
 std::string_view nearestName(std::string_view written, std::span<const std::string_view> names) {
-  written = written.substr(0, longestName);
-  std::string_view nearest = names.front();
-  std::size_t least = distance(written, nearest);
-  for (const std::string_view name : names.subspan(1)) {
-    const std::size_t far = distance(written, name);
-    if (far >= least) continue;
+  const std::u16string sought = beginningOf(written);
+  std::string_view nearest;
+  std::size_t least = std::numeric_limits<std::size_t>::max();
+  for (const std::string_view name : names) {
+    const std::u16string beginning = beginningOf(name);
+    if (difference(sought.size(), beginning.size()) >= least) continue;
+    const std::size_t distance = lx::text::editDistance(sought, beginning);
+    if (distance >= least) continue;
     nearest = name;
-    least = far;
+    least = distance;
   }
   return nearest;
 }

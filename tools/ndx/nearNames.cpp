@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/text/Convert.h"
+#include "platform/text/EditDistance.h"
 #include "platform/text/FoldedCompare.h"
 
 namespace nd::tools {
@@ -21,7 +22,7 @@ std::optional<std::size_t> remoteness(std::u16string_view written, std::u16strin
   const std::size_t difference =
       written.size() > name.size() ? written.size() - name.size() : name.size() - written.size();
   if (difference <= tolerated && written.size() <= longestName) {
-    const std::size_t distance = editDistance(written, name);
+    const std::size_t distance = lx::text::editDistance(written, name);
     if (distance <= tolerated) return distance;
   }
   // What begins alike comes behind all that differs by few characters.
@@ -30,25 +31,6 @@ std::optional<std::size_t> remoteness(std::u16string_view written, std::u16strin
 }
 
 }  // namespace
-
-std::size_t editDistance(std::u16string_view left, std::u16string_view right) {
-  std::vector<std::size_t> beforeLast(right.size() + 1);
-  std::vector<std::size_t> last(right.size() + 1);
-  std::vector<std::size_t> row(right.size() + 1);
-  for (std::size_t column = 0; column <= right.size(); ++column) row[column] = column;
-  for (std::size_t i = 1; i <= left.size(); ++i) {
-    beforeLast.swap(last);
-    last.swap(row);
-    row[0] = i;
-    for (std::size_t j = 1; j <= right.size(); ++j) {
-      const bool isSame = left[i - 1] == right[j - 1];
-      row[j] = std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (isSame ? 0U : 1U)});
-      const bool isSwap = i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1];
-      if (isSwap) row[j] = std::min(row[j], beforeLast[j - 2] + 1);
-    }
-  }
-  return row[right.size()];
-}
 
 std::vector<std::string> nearNames(const std::string& name, const std::vector<std::string>& candidates,
                                    std::size_t most) {

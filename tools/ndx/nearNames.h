@@ -2,14 +2,9 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace nd::tools {
-
-/// Tell how many insertions, deletions, replacements and swaps of neighbours turn one text into the other, by
-/// UTF-16 unit.
-std::size_t editDistance(std::u16string_view left, std::u16string_view right);
 
 /// Give the names that somebody may have meant who wrote `name`, the nearest first, at most `most` of them:
 /// those that differ in case only, in few characters, or that go on where `name` ends.

@@ -3,15 +3,6 @@
 namespace nd::tools {
 namespace {
 
-TEST(EditDistance, CountsInsertionsDeletionsReplacementsAndSwaps) {
-  EXPECT_EQ(editDistance(u"gain", u"gain"), 0U);
-  EXPECT_EQ(editDistance(u"gain", u"gains"), 1U);
-  EXPECT_EQ(editDistance(u"gain", u"gan"), 1U);
-  EXPECT_EQ(editDistance(u"gain", u"gaan"), 1U);
-  EXPECT_EQ(editDistance(u"gain", u"gian"), 1U);
-  EXPECT_EQ(editDistance(u"", u"gain"), 4U);
-}
-
 TEST(NearNames, GivesTheNearestFirst) {
   EXPECT_THAT(nearNames("Gian", {"Mass", "Gain", "GainStates"}), testing::ElementsAre("Gain"));
 }
