@@ -14,17 +14,22 @@ struct Variable {
   hvArrayPtr value;
 };
 
-/// What a text says about one variable, entry by entry, and where it names the variable.
+/// What is said about one variable, entry by entry.
 struct VariableMetaData {
   std::string variable;
   std::vector<Variable> entries;
-  std::size_t offset = 0;
 };
 
-/// The content of a text: its variables and what it says about them, in their order.
-struct Document {
+/// Variables and what is said about them, in their order.
+struct Content {
   std::vector<Variable> variables;
   std::vector<VariableMetaData> metaData;
+};
+
+/// What a text of its own says.
+struct Document : Content {
+  /// Where the text names the variables of its metadata.
+  std::vector<std::size_t> metaDataOffsets;
 };
 
 /// A file that a text includes: its name as it is written, and where.

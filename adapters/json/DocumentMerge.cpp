@@ -4,11 +4,11 @@
 
 namespace nd::adapters::json {
 
-void DocumentMerge::add(const Document& document) {
-  for (const Variable& variable : document.variables) assign(result_.variables, variable, variables_);
-  for (const VariableMetaData& later : document.metaData) {
+void DocumentMerge::add(const Content& content) {
+  for (const Variable& variable : content.variables) assign(result_.variables, variable, variables_);
+  for (const VariableMetaData& later : content.metaData) {
     const auto [place, isNew] = metaData_.try_emplace(later.variable, result_.metaData.size());
-    if (isNew) result_.metaData.push_back({later.variable, {}, later.offset});
+    if (isNew) result_.metaData.push_back({later.variable, {}});
     std::vector<Variable>& entries = result_.metaData[place->second].entries;
     Index index;
     for (std::size_t position = 0; position < entries.size(); ++position)

@@ -8,12 +8,9 @@
 #include "adapters/json/Wording.h"
 #include "adapters/json/messages.h"
 #include "adapters/json/nearestName.h"
-#include "platform/text/Convert.h"
 
 namespace nd::adapters::json {
 namespace {
-
-using lx::text::toUtf16;
 
 constexpr std::array namesAtTop{includeName, metaDataName};
 constexpr std::array namesInTaggedValue{className, sizeName, fieldsName, dataName, imaginaryName};
@@ -23,13 +20,19 @@ bool isOneOf(std::span<const std::string_view> names, std::string_view name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-std::u16string quote(std::string_view name) {
-  return toUtf16(quoteName(name));
+/// Throw for a name that is known, but somewhere else.
+void checkPlace(const std::string& name, std::size_t offset) {
+  const auto misplaced = [&](std::u16string_view home) {
+    return Fault{offset, messages::MisplacedMember(quoted(name), std::u16string(home))};
+  };
+  if (name == includeName) throw misplaced(u"at the beginning of the file");
+  if (name == metaDataName) throw misplaced(u"at the top of the file");
+  if (isOneOf(namesInTaggedValue, name)) throw misplaced(u"in a tagged value");
 }
 
 [[noreturn]] void refuse(std::span<const std::string_view> known, const std::string& name,
                          std::size_t offset) {
-  throw Fault{offset, messages::UnknownMember(quote(nearestName(name, known)), quote(name))};
+  throw Fault{offset, messages::UnknownMember(quoted(nearestName(name, known)), quoted(name))};
 }
 
 }  // namespace
@@ -42,23 +45,37 @@ bool beginsTaggedValue(std::string_view text) noexcept {
 }
 
 void checkNameAtTop(const std::string& name, bool isFirst, std::size_t offset) {
-  if (!isOneOf(namesAtTop, name)) refuse(namesAtTop, name, offset);
-  if (name == includeName && !isFirst) throw Fault{offset, messages::IncludeNotFirst(quote(name))};
+  if (isOneOf(namesAtTop, name)) {
+    if (name == includeName && !isFirst) throw Fault{offset, messages::IncludeNotFirst(quoted(name))};
+    return;
+  }
+  checkPlace(name, offset);
+  refuse(namesAtTop, name, offset);
 }
 
 void checkNameInObject(const std::string& name, std::size_t offset) {
   if (!isDollarName(name)) return;
-  if (!isOneOf(namesInTaggedValue, name)) refuse(namesInTaggedValue, name, offset);
-  throw Fault{offset, messages::TagInPlainObject(quote(name))};
+  if (isOneOf(namesInTaggedValue, name)) throw Fault{offset, messages::TagInPlainObject(quoted(name))};
+  checkPlace(name, offset);
+  refuse(namesInTaggedValue, name, offset);
+}
+
+void checkNameOfVariableInMetaData(const std::string& name, std::size_t offset) {
+  checkPlace(name, offset);
 }
 
 void checkNameInMetaData(const std::string& name, std::size_t offset) {
-  if (isDollarName(name)) refuse(namesInMetaData, name, offset);
+  if (!isDollarName(name)) return;
+  checkPlace(name, offset);
+  refuse(namesInMetaData, name, offset);
 }
 
 void checkNameInTaggedValue(const std::string& name, bool isFirst, std::size_t offset) {
-  if (!isOneOf(namesInTaggedValue, name)) refuse(namesInTaggedValue, name, offset);
-  if (isFirst && name != className) throw Fault{offset, messages::ClassNotFirst(quote(name))};
+  if (!isOneOf(namesInTaggedValue, name)) {
+    checkPlace(name, offset);
+    refuse(namesInTaggedValue, name, offset);
+  }
+  if (isFirst && name != className) throw Fault{offset, messages::ClassNotFirst(quoted(name))};
 }
 
 }  // namespace nd::adapters::json

@@ -25,11 +25,17 @@ constexpr bool isDollarName(std::string_view name) noexcept {
 /// begins with "$".
 bool beginsTaggedValue(std::string_view text) noexcept;
 
+// What has its place elsewhere is told where that is, anything else which name comes nearest.
+
 /// Throw a `Fault` unless a name that begins with "$" is one for the object at the top, where it stands.
 void checkNameAtTop(const std::string& name, bool isFirst, std::size_t offset);
 
 /// Throw a `Fault` unless a name is one for a field of a plain object.
 void checkNameInObject(const std::string& name, std::size_t offset);
+
+/// Throw a `Fault` for a name in the metadata of a file that has its place elsewhere. Whether it is a
+/// variable's is not looked at.
+void checkNameOfVariableInMetaData(const std::string& name, std::size_t offset);
 
 /// Throw a `Fault` unless a name is one for an entry of a variable's metadata.
 void checkNameInMetaData(const std::string& name, std::size_t offset);

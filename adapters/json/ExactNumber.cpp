@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <limits>
 #include <system_error>
+#include <utility>
 
 #include "adapters/json/characters.h"
 
@@ -98,6 +99,24 @@ std::string_view numberLiteral(std::string_view text) noexcept {
 bool holdsOnlyIntegers(std::string_view excerpt) noexcept {
   return excerpt.find_first_of(".eE") == std::string_view::npos &&
          excerpt.find("-0") == std::string_view::npos;
+}
+
+std::size_t clashingNumber(std::string_view excerpt) {
+  bool isDouble = true;
+  bool isInt64 = true;
+  bool isUInt64 = true;
+  constexpr std::string_view beginsOfNumbers = "-0123456789";
+  for (std::size_t at = excerpt.find_first_of(beginsOfNumbers); at != std::string_view::npos;) {
+    const std::string_view literal = numberLiteral(excerpt.substr(at));
+    const auto rounded = nearestDouble(literal);
+    const auto value = unsignedInteger(literal);
+    isDouble = isDouble && rounded && exactNumber(literal, *rounded).numberClass == NumberClass::Double;
+    isInt64 = isInt64 && (value ? std::in_range<std::int64_t>(*value) : negativeInteger(literal).has_value());
+    isUInt64 = isUInt64 && value.has_value();
+    if (!isDouble && !isInt64 && !isUInt64) return at;
+    at = excerpt.find_first_of(beginsOfNumbers, at + literal.size());
+  }
+  return excerpt.size();
 }
 
 bool fitsInt64(double value) noexcept {

@@ -40,6 +40,10 @@ std::string_view numberLiteral(std::string_view text) noexcept;
 /// fraction, no exponent, no negative zero.
 bool holdsOnlyIntegers(std::string_view excerpt) noexcept;
 
+/// Tell where the first number stands in a text without strings that no class holds together with all those
+/// before it; the size of the text if one class holds all.
+std::size_t clashingNumber(std::string_view excerpt);
+
 /// Tell whether a double is an integer within the range of int64 or uint64.
 bool fitsInt64(double value) noexcept;
 bool fitsUInt64(double value) noexcept;

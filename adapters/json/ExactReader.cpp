@@ -1,5 +1,6 @@
 #include "adapters/json/ExactReader.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "adapters/json/DollarNames.h"
@@ -11,37 +12,46 @@
 #include "adapters/json/VariableName.h"
 #include "adapters/json/Wording.h"
 #include "adapters/json/messages.h"
+#include "adapters/json/nearestName.h"
+#include "platform/host/messages.h"
 
 namespace nd::adapters::json {
 namespace {
 
 using lx::text::toUtf16;
 
-std::u16string spell(std::size_t number) {
-  return toUtf16(std::to_string(number));
+void checkVariableName(const std::string& name, std::size_t offset) {
+  if (!isVariableName(name)) throw Fault{offset, messages::NoVariableName(quoted(name))};
+  if (isTooLongForVariable(name)) {
+    throw Fault{offset,
+                messages::VariableNameTooLong(spelled(maximumVariableNameLength), spelled(name.size()))};
+  }
 }
 
-void checkVariableName(const std::string& name, std::size_t offset) {
-  if (!isVariableName(name)) throw Fault{offset, messages::NoVariableName(toUtf16(quoteName(name)))};
-  if (isTooLongForVariable(name)) {
-    throw Fault{offset, messages::VariableNameTooLong(spell(maximumVariableNameLength), spell(name.size()))};
+/// Put arrays together to one that begins at an offset, unless the host refuses to nest them so deep.
+template <typename Make>
+auto nest(std::size_t offset, const Make& make) {
+  try {
+    return make();
+  } catch (const hv::messages::NestedTooDeep&) {
+    throw Fault{offset, messages::NestedTooDeep(spelled(hvMaximumNesting))};
   }
 }
 
 }  // namespace
 
-void ExactReader::enter() {
-  if (depth_ == maximumDepth) scan_.fail<messages::TooManyLevels>(spell(maximumDepth));
+void ExactReader::enter(std::size_t levels) {
+  if (depth_ + levels > maximumDepth) scan_.fail<messages::TooManyLevels>(spelled(maximumDepth));
   const bool isObject = scan_.skip('{');
   if (!isObject) scan_.skip('[');
-  ++depth_;
+  depth_ += levels;
   scan_.skipSpace();
   if (isObject && !scan_.isAt('}') && !scan_.isAt('"')) scan_.fail<messages::NoMemberOrEnd>(u"'}'");
 }
 
-void ExactReader::leave() noexcept {
+void ExactReader::leave(std::size_t levels) noexcept {
   if (!scan_.skip('}')) scan_.skip(']');
-  --depth_;
+  depth_ -= levels;
 }
 
 void ExactReader::passColon() {
@@ -70,7 +80,7 @@ void ExactReader::addName(MemberNames& names, const std::string& name, std::size
   const auto earlier = names.add(name, offset);
   if (!earlier) return;
   const Place place = placeOf(scan_.text(), names.offsetOf(*earlier));
-  throw Fault{offset, messages::RepeatedName(toUtf16(quoteName(name)), toUtf16(describe(place)))};
+  throw Fault{offset, messages::RepeatedName(quoted(name), toUtf16(describe(place)))};
 }
 
 Document ExactReader::document() {
@@ -78,6 +88,7 @@ Document ExactReader::document() {
   if (!scan_.isAt('{')) scan_.fail<messages::NoObjectAtTop>(u"'{'");
   Document document;
   bool isFirst = true;
+  bool includesFiles = false;
   const auto check = [&](const std::string& name, std::size_t offset) {
     if (isDollarName(name)) {
       checkNameAtTop(name, isFirst, offset);
@@ -88,9 +99,9 @@ Document ExactReader::document() {
   };
   forEachMember(check, [&](const std::string& name) {
     if (name == includeName) {
-      static_cast<void>(includes());
+      includesFiles = !includes().empty();
     } else if (name == metaDataName) {
-      document.metaData = metaData();
+      metaData(document);
     } else {
       hvArrayPtr array = value();
       document.variables.push_back({name, std::move(array)});
@@ -98,7 +109,23 @@ Document ExactReader::document() {
   });
   scan_.skipSpace();
   if (!scan_.isAtEnd()) scan_.fail<messages::TextBehindObject>();
+  // Which names there are is known here only if no other file brings some.
+  if (!includesFiles) checkNamesInMetaData(document);
   return document;
+}
+
+void ExactReader::checkNamesInMetaData(const Document& document) {
+  const auto found =
+      std::find_if(document.metaData.begin(), document.metaData.end(),
+                   [](const VariableMetaData& metaData) { return isDollarName(metaData.variable); });
+  if (found == document.metaData.end()) return;
+  const auto position = static_cast<std::size_t>(found - document.metaData.begin());
+  const std::size_t offset = document.metaDataOffsets[position];
+  if (document.variables.empty()) throw Fault{offset, messages::NoVariableName(quoted(found->variable))};
+  std::vector<std::string_view> names;
+  for (const Variable& variable : document.variables) names.push_back(variable.name);
+  const std::string_view nearest = nearestName(found->variable, names);
+  throw Fault{offset, messages::NoVariableOfMetaData(quoted(nearest), quoted(found->variable))};
 }
 
 std::vector<Include> ExactReader::includes() {
@@ -129,32 +156,35 @@ std::vector<Include> ExactReader::leadingIncludes() {
   return includes();
 }
 
-std::vector<VariableMetaData> ExactReader::metaData() {
+void ExactReader::metaData(Document& into) {
   if (!scan_.isAt('{')) scan_.fail<messages::NoMetaData>(u"'{'");
-  std::vector<VariableMetaData> all;
-  std::size_t offset = 0;
   const auto check = [&](const std::string& variable, std::size_t at) {
-    checkVariableName(variable, at);
-    offset = at;
+    if (isDollarName(variable)) {
+      checkNameOfVariableInMetaData(variable, at);
+    } else {
+      checkVariableName(variable, at);
+    }
+    into.metaDataOffsets.push_back(at);
   };
-  forEachMember(check, [&](const std::string& variable) { all.push_back(metaDataOf(variable, offset)); });
-  return all;
+  forEachMember(check, [&](const std::string& variable) { into.metaData.push_back(metaDataOf(variable)); });
 }
 
-VariableMetaData ExactReader::metaDataOf(const std::string& variable, std::size_t offset) {
+VariableMetaData ExactReader::metaDataOf(const std::string& variable) {
   if (!scan_.isAt('{')) scan_.fail<messages::NoMetaDataOfVariable>(u"'{'");
-  VariableMetaData result{variable, {}, offset};
+  VariableMetaData result{variable, {}};
   forEachMember(checkNameInMetaData, [&](const std::string& name) {
     const bool isText = name == "unit" || name == "description";
-    if (isText && !scan_.isAt('"')) scan_.fail<messages::NoTextInMetaData>(toUtf16(quoteName(name)));
+    if (isText && !scan_.isAt('"')) scan_.fail<messages::NoTextInMetaData>(quoted(name));
     hvArrayPtr array = value();
     result.entries.push_back({name, std::move(array)});
   });
   return result;
 }
 
-hvArrayPtr ExactReader::value() {
-  return takeArray(stacks_, block(false));
+hvArrayPtr ExactReader::value(bool isFirstElement) {
+  const std::size_t begin = scan_.offset();
+  const Block its = block(isFirstElement);
+  return nest(begin, [&] { return takeArray(stacks_, its); });
 }
 
 Block ExactReader::block(bool isFirstElement) {
@@ -172,7 +202,8 @@ Block ExactReader::block(bool isFirstElement) {
 Block ExactReader::object() {
   const std::size_t begin = stacks_.arrays.size();
   if (beginsTaggedValue(scan_.text().substr(scan_.offset()))) {
-    hvArrayPtr array = TaggedValue(*this).read();
+    const std::size_t offset = scan_.offset();
+    hvArrayPtr array = nest(offset, [&] { return TaggedValue(*this).read(); });
     stacks_.arrays.push_back(std::move(array));
     return {BlockKind::Array, {}, begin, {}, nullptr};
   }
@@ -189,13 +220,14 @@ Block ExactReader::array() {
   Gatherer gatherer(stacks_, rest);
   forEachElement([&](bool isFirst) {
     const std::size_t offset = scan_.offset() - begin;
-    gatherer.add(block(isFirst), offset);
+    Block its = block(isFirst);
+    nest(begin, [&] { gatherer.add(std::move(its), offset); });
   });
-  if (const auto clash = gatherer.clash()) {
-    throw Fault{begin + *clash,
-                messages::NumbersClash(toUtf16(describeNumber(scan_.text(), begin + *clash)))};
+  if (gatherer.clash()) {
+    const std::size_t offset = begin + clashingNumber(rest.substr(0, scan_.offset() - begin));
+    throw Fault{offset, messages::NumbersClash(toUtf16(describeNumber(scan_.text(), offset)))};
   }
-  Block block = gatherer.finish();
+  Block block = nest(begin, [&] { return gatherer.finish(); });
   if (isNumeric(block.kind)) block.excerpt = rest.substr(0, scan_.offset() - begin);
   return block;
 }

@@ -29,11 +29,11 @@ class ExactReader {
   /// Read all of the text.
   Document document();
 
-  /// Read the value here.
-  hvArrayPtr value();
+  /// Read the value here, as the first element of an array or as anything else.
+  hvArrayPtr value(bool isFirstElement = false);
 
   /// Read the value of "$meta" here.
-  std::vector<VariableMetaData> metaData();
+  void metaData(Document& into);
 
   /// Read the value of "$include" here.
   std::vector<Include> includes();
@@ -47,17 +47,20 @@ class ExactReader {
   template <typename Check, typename Read>
   std::shared_ptr<const MemberNameList> forEachMember(const Check& check, const Read& read);
 
-  /// Pass the array here: `read(isFirst)` at each element.
+  /// Pass the array here: `read(isFirst)` at each element. It counts as so many levels.
   template <typename Read>
-  void forEachElement(const Read& read);
+  void forEachElement(const Read& read, std::size_t levels = 1);
+
+  /// Throw a `Fault` if `names` has the name already, which stands at an offset; else add it.
+  void addName(MemberNames& names, const std::string& name, std::size_t offset) const;
 
  private:
-  void enter();
-  void leave() noexcept;
+  void enter(std::size_t levels = 1);
+  void leave(std::size_t levels = 1) noexcept;
   void passColon();
   bool passCommaBehindMember();
   bool passCommaBehindElement();
-  void addName(MemberNames& names, const std::string& name, std::size_t offset) const;
+  static void checkNamesInMetaData(const Document& document);
 
   Block block(bool isFirstElement);
   Block object();
@@ -65,7 +68,7 @@ class ExactReader {
   Block number();
   Block text(boost::optional<std::u16string> text);
   Block truth(bool truth);
-  VariableMetaData metaDataOf(const std::string& variable, std::size_t offset);
+  VariableMetaData metaDataOf(const std::string& variable);
 
   TextScan scan_;
   std::size_t depth_;
@@ -91,8 +94,8 @@ std::shared_ptr<const MemberNameList> ExactReader::forEachMember(const Check& ch
 }
 
 template <typename Read>
-void ExactReader::forEachElement(const Read& read) {
-  enter();
+void ExactReader::forEachElement(const Read& read, std::size_t levels) {
+  enter(levels);
   if (!scan_.isAt(']')) {
     bool isFirst = true;
     do {
@@ -101,7 +104,7 @@ void ExactReader::forEachElement(const Read& read) {
       isFirst = false;
     } while (passCommaBehindElement());
   }
-  leave();
+  leave(levels);
 }
 
 }  // namespace nd::adapters::json

@@ -15,6 +15,7 @@
 
 #include "adapters/json/Checksum.h"
 #include "adapters/json/Limits.h"
+#include "adapters/json/Wording.h"
 #include "adapters/json/messages.h"
 #include "platform/text/Convert.h"
 
@@ -75,10 +76,11 @@ class OpenFile {
   int descriptor_ = -1;
 };
 
-void refuseIfTooLarge(std::uint64_t size) {
-  if (size <= maximumFileSize) return;
-  throw FileFailure(FileFailureKind::TooLarge,
-                    messages::FileTooLarge(lx::text::toUtf16(std::to_string(maximumFileSize >> 20))));
+void refuseIfTooLarge(std::uint64_t size, std::uint64_t most) {
+  if (size > maximumFileSize)
+    throw FileFailure(FileFailureKind::TooLarge, messages::FileTooLarge(spelled(maximumFileSize >> 20)));
+  if (size > most)
+    throw FileFailure(FileFailureKind::TooLarge, messages::FilesTooLarge(spelled(maximumTotalSize >> 20)));
 }
 
 }  // namespace
@@ -107,10 +109,10 @@ void checkFile(const std::string& path) {
   static_cast<void>(OpenFile(path).size());
 }
 
-PaddedText readFile(const std::string& path) {
+PaddedText readFile(const std::string& path, std::uint64_t most) {
   const OpenFile file(path);
   const std::uint64_t size = file.size();
-  refuseIfTooLarge(size);
+  refuseIfTooLarge(size, most);
   PaddedText content(size);
   std::size_t done = file.read(content.data(), content.size());
   // The size may have been out of date, and some file systems never tell it.
@@ -122,7 +124,7 @@ PaddedText readFile(const std::string& path) {
     larger.data()[done] = next;
     content = std::move(larger);
     done += 1 + file.read(content.data() + done + 1, content.size() - done - 1);
-    refuseIfTooLarge(done);
+    refuseIfTooLarge(done, most);
   }
   content.shrink(done);
   return content;

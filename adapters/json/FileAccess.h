@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
+#include "adapters/json/Limits.h"
 #include "adapters/json/PaddedText.h"
 #include "platform/services/CatalogMessage.h"
 
@@ -36,8 +38,9 @@ bool isRegularFile(const std::string& path) noexcept;
 void checkFile(const std::string& path);
 
 /// Read all of a regular file; it is closed on return. A pipe or a device is refused and not opened, so the
-/// call doesn't wait for anyone. Raises `FileFailure`.
-PaddedText readFile(const std::string& path);
+/// call doesn't wait for anyone. Raises `FileFailure`, also for a file that has more bytes than `most`, which
+/// is what other files have left of the limit.
+PaddedText readFile(const std::string& path, std::uint64_t most = maximumFileSize);
 
 /// How much of a file counts as its beginning, in bytes.
 inline constexpr std::size_t headSize = std::size_t{1} << 16;

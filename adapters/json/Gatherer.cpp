@@ -45,19 +45,29 @@ struct Numbers {
   }
 };
 
-/// Tell for each name where it stands in other names; empty if the two lists don't hold the same.
-std::vector<std::size_t> positionsIn(const MemberNameList& others, const MemberNameList& names) {
-  if (others.size() != names.size()) return {};
+/// Tell for each name where it stands in other names; none if the two lists don't hold the same.
+boost::optional<std::vector<std::size_t>> positionsIn(const MemberNameList& others,
+                                                      const MemberNameList& names) {
+  if (others.size() != names.size()) return boost::none;
   std::unordered_map<std::string_view, std::size_t, lx::text::Hash> index;
   for (std::size_t position = 0; position < others.size(); ++position)
     index.emplace(others[position], position);
   std::vector<std::size_t> positions;
   for (const std::string& name : names) {
     const auto found = index.find(name);
-    if (found == index.end()) return {};
+    if (found == index.end()) return boost::none;
     positions.push_back(found->second);
   }
   return positions;
+}
+
+/// Put the values of an object into another order of their names.
+void reorder(std::vector<hvArrayPtr>::iterator values, const std::vector<std::size_t>& positions) {
+  std::vector<hvArrayPtr> ordered;
+  ordered.reserve(positions.size());
+  for (const std::size_t position : positions)
+    ordered.push_back(std::move(values[static_cast<std::ptrdiff_t>(position)]));
+  std::move(ordered.begin(), ordered.end(), values);
 }
 
 }  // namespace
@@ -66,7 +76,7 @@ void Gatherer::add(Block&& block, std::size_t offset) {
   if (count_ == 0) {
     element_ = std::move(block);
   } else if (element_.kind == BlockKind::Array || !unite(block, offset)) {
-    noteClash(block, offset);
+    noteClash(block);
     hvArrayPtr cell = takeArray(stacks_, block);
     turnToCells();
     stacks_.arrays.push_back(std::move(cell));
@@ -101,25 +111,23 @@ bool Gatherer::uniteNumbers(Block& block, std::size_t offset) {
 bool Gatherer::uniteObjects(const Block& block) {
   if (!block.shape.empty()) return false;
   if (element_.names == block.names) return true;
-  const std::vector<std::size_t> positions = positionsIn(*block.names, *element_.names);
-  if (positions.size() != element_.names->size()) return false;
-  const auto values = stacks_.arrays.begin() + static_cast<std::ptrdiff_t>(block.begin);
-  std::vector<hvArrayPtr> ordered;
-  ordered.reserve(positions.size());
-  for (const std::size_t position : positions)
-    ordered.push_back(std::move(values[static_cast<std::ptrdiff_t>(position)]));
-  std::move(ordered.begin(), ordered.end(), values);
+  const auto positions = positionsIn(*block.names, *element_.names);
+  if (!positions) return false;
+  if (std::is_sorted(positions->begin(), positions->end())) return true;
+  const bool isKnown = !reordered_.empty() && *reordered_.back().names == *block.names;
+  reordered_.push_back({count_, isKnown ? reordered_.back().names : block.names});
+  reorder(stacks_.arrays.begin() + static_cast<std::ptrdiff_t>(block.begin), *positions);
   return true;
 }
 
-void Gatherer::noteClash(const Block& block, std::size_t offset) {
+void Gatherer::noteClash(const Block& block) {
   const BlockShape& shape = element_.kind == BlockKind::Array ? clashShape_ : element_.shape;
   const bool isLike = isNumeric(block.kind) && block.shape == shape;
   if (element_.kind == BlockKind::Array) {
-    if (!isLike) clash_ = boost::none;
+    if (!isLike) clash_ = false;
   } else if (isLike && isNumeric(element_.kind)) {
     clashShape_ = element_.shape;
-    clash_ = offset;
+    clash_ = true;
   }
 }
 
@@ -129,7 +137,15 @@ void Gatherer::turnToCells() {
   cells.reserve(count_);
   const std::size_t valuesPerElement = element_.kind == BlockKind::Struct ? element_.names->size() : 1;
   Block element = element_;
+  auto reordered = reordered_.cbegin();
   for (std::size_t index = 0; index < count_; ++index) {
+    // Alone it has the order that it is written in.
+    const bool isReordered = reordered != reordered_.cend() && reordered->element == index;
+    element.names = isReordered ? (reordered++)->names : element_.names;
+    if (isReordered) {
+      reorder(stacks_.arrays.begin() + static_cast<std::ptrdiff_t>(element.begin),
+              *positionsIn(*element_.names, *element.names));
+    }
     cells.push_back(makeArray(stacks_, element));
     element.begin += countElements(element.shape) * valuesPerElement;
   }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "adapters/json/Block.h"
 
@@ -46,9 +47,9 @@ class Gatherer {
   /// Add the block on top of the stacks, which begins at an offset of the text.
   void add(Block&& block, std::size_t offset);
 
-  /// Tell where the first number stands that has no class in common with those before it, if all elements so
-  /// far are numbers, or arrays of numbers of one shape. Offsets are those that `add` was given.
-  const boost::optional<std::size_t>& clash() const noexcept { return clash_; }
+  /// Tell whether all elements so far are numbers, or arrays of numbers of one shape, which no class holds
+  /// together; `clashingNumber` finds the first one at fault.
+  bool clash() const noexcept { return clash_; }
 
   /// Give the block of the whole array.
   Block finish();
@@ -57,7 +58,7 @@ class Gatherer {
   bool unite(Block& block, std::size_t offset);
   bool uniteNumbers(Block& block, std::size_t offset);
   bool uniteObjects(const Block& block);
-  void noteClash(const Block& block, std::size_t offset);
+  void noteClash(const Block& block);
   void turnToCells();
   Block finishCells();
 
@@ -66,7 +67,13 @@ class Gatherer {
   /// What each element is like; its beginning is that of the first one. Elements that differ are arrays.
   Block element_;
   std::size_t count_ = 0;
-  boost::optional<std::size_t> clash_;
+  bool clash_ = false;
+  /// Objects whose names had another order than those of the first one: their number, and their own order.
+  struct Reordered {
+    std::size_t element = 0;
+    std::shared_ptr<const MemberNameList> names;
+  };
+  std::vector<Reordered> reordered_;
   /// What shape all elements of a clash have.
   BlockShape clashShape_;
 };

@@ -97,8 +97,7 @@ bool JsonAdapter::open(const std::u16string& source) {
 }
 
 bool JsonAdapter::close() {
-  lastChecksum_.clear();
-  lastWorkspace_.reset();
+  forgetRead();
   return std::exchange(isOpen_, false);
 }
 
@@ -126,7 +125,7 @@ std::vector<std::u16string> JsonAdapter::getExternalSources() {
 bool JsonAdapter::hasData() {
   if (!isOpen_) return false;
   try {
-    return !SourceFiles::read(path_, rights()).takeDocument().variables.empty();
+    return !SourceFiles::read(path_, rights()).takeContent().variables.empty();
   } catch (const FileFailure&) {
     return false;
   } catch (const FormatFailure&) {
@@ -161,14 +160,23 @@ void JsonAdapter::read(const Workspace& dataCache, MetaDataCache& metaDataCache,
                        const std::u16string& prevChecksum) {
   SourceFiles files = SourceFiles::read(path_, rights());
   std::u16string checksum = files.checksum();
-  if (prevChecksum == checksum && wasReadInto(dataCache, checksum)) return;
-  const Document document = files.takeDocument();
+  const MetaDataIdentity metaData{metaDataCache.owner().identifier(), metaDataCache.index()};
+  if (prevChecksum == checksum && wasReadInto(dataCache, metaData, checksum)) return;
+  const Content content = files.takeContent();
 
-  WorkspaceReplacement replacement(dataCache, document.variables);
-  replaceMetaData(metaDataCache, document.metaData);
+  // What a failure leaves of the caches is not what was read before.
+  forgetRead();
+  WorkspaceReplacement replacement(dataCache, content.variables);
+  replaceMetaData(metaDataCache, content.metaData);
   replacement.keep();
   lastChecksum_ = std::move(checksum);
   lastWorkspace_ = dataCache;
+  lastMetaData_ = metaData;
+}
+
+void JsonAdapter::forgetRead() noexcept {
+  lastChecksum_.clear();
+  lastWorkspace_.reset();
 }
 
 std::function<void(const std::string& path)> JsonAdapter::rights() const {
@@ -177,10 +185,11 @@ std::function<void(const std::string& path)> JsonAdapter::rights() const {
   };
 }
 
-bool JsonAdapter::wasReadInto(const Workspace& dataCache, const std::u16string& checksum) const {
+bool JsonAdapter::wasReadInto(const Workspace& dataCache, const MetaDataIdentity& metaData,
+                              const std::u16string& checksum) const {
   const bool isSameWorkspace =
       !lastWorkspace_.owner_before(dataCache) && !dataCache.owner_before(lastWorkspace_);
-  return !lastChecksum_.empty() && lastChecksum_ == checksum && isSameWorkspace;
+  return !lastChecksum_.empty() && lastChecksum_ == checksum && isSameWorkspace && lastMetaData_ == metaData;
 }
 
 }  // namespace nd::adapters::json

@@ -2,10 +2,12 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <boost/smart_ptr/shared_ptr.hpp>
 #include <boost/smart_ptr/weak_ptr.hpp>
+#include <boost/uuid/uuid.hpp>
 
 #include "adapters/json/export.h"
 #include "nd_data_adapter/broker/CPPAdapterV2.h"
@@ -56,8 +58,8 @@ class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
   /// the metadata: an entry under the variable's name, with a `DataContainer` whose `DataCache` holds unit,
   /// description and what else there is.
   ///
-  /// If `prevChecksum` is that of the content now, and this object has read the same content into the same
-  /// workspace before, both caches are left as they are. Failures: `Inaccessible` for a file that isn't
+  /// If `prevChecksum` is that of the content now, and the last read of this opening has put the same content
+  /// into the same two caches, they are left as they are. Failures: `Inaccessible` for a file that isn't
   /// there, is no regular file or can't be read, `NoPermission`, `UnrecognizedFormat` with line and column
   /// for a content that can't be read, and `GenericFailure` for a file that is too large and when nothing is
   /// open.
@@ -70,9 +72,14 @@ class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
                  nd::data::adapter::AdapterError& error) override;
 
  private:
+  /// The element that holds the metadata, and under which of its properties.
+  using MetaDataIdentity = std::pair<boost::uuids::uuid, unsigned>;
+
   void read(const Workspace& dataCache, MetaDataCache& metaDataCache, const std::u16string& prevChecksum);
   std::function<void(const std::string& path)> rights() const;
-  bool wasReadInto(const Workspace& dataCache, const std::u16string& checksum) const;
+  void forgetRead() noexcept;
+  bool wasReadInto(const Workspace& dataCache, const MetaDataIdentity& metaData,
+                   const std::u16string& checksum) const;
 
   bool isOpen_ = false;
   std::u16string source_;
@@ -82,6 +89,7 @@ class ND_JSON_ADAPTER_EXPORT JsonAdapter final : public CPPAdapterV2 {
   /// What the last read that succeeded has read, and into what.
   std::u16string lastChecksum_;
   boost::weak_ptr<inWorkSpace_tag> lastWorkspace_;
+  MetaDataIdentity lastMetaData_{};
 };
 
 }  // namespace nd::adapters::json

@@ -28,6 +28,7 @@
 #include "adapters/json/TextCheck.h"
 #include "adapters/json/VariableName.h"
 #include "adapters/json/messages.h"
+#include "platform/host/messages.h"
 #include "platform/text/Convert.h"
 #include "platform/text/Hash.h"
 
@@ -111,14 +112,15 @@ class Reader {
     Document content;
     MemberNames dollarNames;
     bool isFirst = true;
+    bool includesFiles = false;
     readMembers(top, [&](std::string_view name, std::size_t offset, ondemand::value& value) {
       if (isDollarName(name)) {
         refuseRepeated(dollarNames.add(name, offset).has_value());
-        checkNameAtTop(std::string(name), isFirst, offsetOf(value));
+        checkNameAtTop(std::string(name), isFirst, offset);
         if (name == metaDataName) {
-          content.metaData = exactReaderAt(value).metaData();
+          exactReaderAt(value).metaData(content);
         } else {
-          static_cast<void>(exactReaderAt(value).includes());
+          includesFiles = !exactReaderAt(value).includes().empty();
         }
       } else {
         if (!isVariableName(name) || isTooLongForVariable(name))
@@ -129,6 +131,9 @@ class Reader {
       isFirst = false;
     });
     refuseRepeated(hasRepeatedName(content.variables));
+    const auto isOfNoVariable = [](const auto& metaData) { return isDollarName(metaData.variable); };
+    if (!includesFiles && std::any_of(content.metaData.begin(), content.metaData.end(), isOfNoVariable))
+      throw Refusal{"metadata are those of no variable"};
     return content;
   }
 
@@ -311,6 +316,11 @@ class Reader {
   std::size_t depth_ = 0;
 };
 
+[[noreturn]] void explain(std::string_view text, const char* reason) {
+  if (const auto fault = findFault(text)) throw FormatFailure(placeOf(text, fault->offset), fault->message);
+  throw FormatFailure(placeOf(text, text.size()), messages::UnexplainedRefusal(lx::text::toUtf16(reason)));
+}
+
 }  // namespace
 
 Document readDocument(const PaddedText& content) {
@@ -318,9 +328,9 @@ Document readDocument(const PaddedText& content) {
   try {
     return Reader(text).read();
   } catch (const Refusal& refusal) {
-    if (const auto fault = findFault(text)) throw FormatFailure(placeOf(text, fault->offset), fault->message);
-    throw FormatFailure(placeOf(text, text.size()),
-                        messages::UnexplainedRefusal(lx::text::toUtf16(refusal.reason)));
+    explain(text, refusal.reason);
+  } catch (const hv::messages::NestedTooDeep&) {
+    explain(text, "cells and structures nest too deep");
   } catch (const Fault& found) {
     // Something that stands before it may be at fault too.
     const auto first = findFault(text);

@@ -18,16 +18,6 @@
 #include "platform/text/Hash.h"
 
 namespace nd::adapters::json {
-namespace {
-
-using lx::text::toUtf16;
-
-std::u16string quote(std::string_view name) {
-  return toUtf16(quoteName(name));
-}
-
-}  // namespace
-
 SourceFiles SourceFiles::read(const std::string& path, const CheckRights& checkRights) {
   SourceFiles files;
   Walk(files, checkRights, true).visitFirst(path);
@@ -43,7 +33,11 @@ SourceFiles SourceFiles::survey(const std::string& path, const CheckRights& chec
 std::u16string SourceFiles::checksum() const {
   if (files_.size() == 1) return files_.front().checksum;
   std::string all;
-  for (const File& file : files_) all += lx::text::toUtf8(file.checksum) + "\n";
+  for (const File& file : files_) {
+    all += lx::text::toUtf8(file.checksum);
+    for (const std::size_t included : file.included) all += " " + std::to_string(included);
+    all += "\n";
+  }
   return checksumOf(all);
 }
 
@@ -54,40 +48,40 @@ std::vector<std::string> SourceFiles::included() const {
   return paths;
 }
 
-Document SourceFiles::takeDocument() {
-  static_cast<void>(documentOf(0));
-  return std::move(*files_.front().document);
+Content SourceFiles::takeContent() {
+  static_cast<void>(contentOf(0));
+  return std::move(*files_.front().content);
 }
 
-const Document& SourceFiles::documentOf(std::size_t number) {
+const Content& SourceFiles::contentOf(std::size_t number) {
   File& file = files_[number];
-  if (file.document) return *file.document;
+  if (file.content) return *file.content;
   DocumentMerge merge;
-  for (const std::size_t included : file.included) merge.add(documentOf(included));
+  for (const std::size_t included : file.included) merge.add(contentOf(included));
   Document own = parse(file);
   if (file.included.empty()) {
     checkMetaData(own, own, file);
-    file.document = std::move(own);
+    file.content = std::move(own);
   } else {
     merge.add(own);
-    Document whole = merge.finish();
+    Content whole = merge.finish();
     checkMetaData(own, whole, file);
-    file.document = std::move(whole);
+    file.content = std::move(whole);
   }
-  file.content = boost::none;
-  return *file.document;
+  file.text = boost::none;
+  return *file.content;
 }
 
 Document SourceFiles::parse(const File& file) const {
   try {
-    return readDocument(*file.content);
+    return readDocument(*file.text);
   } catch (const FormatFailure& failure) {
     if (&file == &files_.front()) throw;
     throw FormatFailure(failure, file.path);
   }
 }
 
-void SourceFiles::checkMetaData(const Document& own, const Document& whole, const File& file) const {
+void SourceFiles::checkMetaData(const Document& own, const Content& whole, const File& file) const {
   if (own.metaData.empty()) return;
   std::unordered_set<std::string_view, lx::text::Hash> known;
   std::vector<std::string_view> names;
@@ -95,16 +89,16 @@ void SourceFiles::checkMetaData(const Document& own, const Document& whole, cons
     known.insert(variable.name);
     names.push_back(variable.name);
   }
-  for (const VariableMetaData& metaData : own.metaData) {
-    if (known.contains(metaData.variable)) continue;
-    const Place place = placeOf(file.content->text(), metaData.offset);
+  for (std::size_t position = 0; position < own.metaData.size(); ++position) {
+    const std::string& variable = own.metaData[position].variable;
+    if (known.contains(variable)) continue;
+    const Place place = placeOf(file.text->text(), own.metaDataOffsets[position]);
     const auto failure = [&](const lx::services::CatalogMessage& message) {
       const FormatFailure inItsFile(place, message);
       return &file == &files_.front() ? inItsFile : FormatFailure(inItsFile, file.path);
     };
-    if (names.empty()) throw failure(messages::MetaDataWithoutVariables(quote(metaData.variable)));
-    throw failure(
-        messages::MetaDataOfNothing(quote(nearestName(metaData.variable, names)), quote(metaData.variable)));
+    if (names.empty()) throw failure(messages::MetaDataWithoutVariables(quoted(variable)));
+    throw failure(messages::MetaDataOfNothing(quoted(nearestName(variable, names)), quoted(variable)));
   }
 }
 

@@ -25,8 +25,21 @@ std::string identityOf(const std::string& path) {
   return error ? path : canonical.string();
 }
 
+/// Give the folder in which a file itself lies, links followed; that of the path if they lead nowhere.
+std::filesystem::path folderOf(const std::string& path) {
+  constexpr int mostLinks = 40;
+  std::filesystem::path file = path;
+  std::error_code error;
+  for (int links = 0; links < mostLinks && std::filesystem::is_symlink(file, error); ++links) {
+    const std::filesystem::path target = std::filesystem::read_symlink(file, error);
+    if (error) break;
+    file = file.parent_path() / target;
+  }
+  return file.parent_path();
+}
+
 std::string resolve(const std::string& including, const std::string& name) {
-  return (std::filesystem::path(including).parent_path() / name).string();
+  return (folderOf(including) / name).string();
 }
 
 /// What can't be made out is said when the text itself is read.
@@ -36,6 +49,19 @@ std::vector<Include> includesOf(const PaddedText& content) {
   } catch (const Fault&) {
     return {};
   }
+}
+
+/// List what the beginning of a text includes; none if only the text behind it can tell.
+boost::optional<std::vector<Include>> includesOfHead(const PaddedText& head) {
+  // What is cut off is at fault where it ends, or where two escapes for one character begin.
+  constexpr std::size_t longestCharacter = 12;
+  try {
+    return ExactReader(head.text()).leadingIncludes();
+  } catch (const Fault& fault) {
+    const bool isCutOff = fault.offset + longestCharacter >= head.text().size();
+    if (isCutOff && head.size() >= headSize) return boost::none;
+  }
+  return std::vector<Include>();
 }
 
 }  // namespace
@@ -57,21 +83,27 @@ std::size_t SourceFiles::Walk::visit(const std::string& path, const std::string&
   return number;
 }
 
-void SourceFiles::Walk::fetch(File& file) const {
+void SourceFiles::Walk::fetch(File& file) {
   checkRights_(file.path);
-  if (isReading_) {
-    file.content.emplace(readFile(file.path));
-    file.checksum = checksumOf(file.content->content());
-    file.includes = includesOf(*file.content);
-    return;
-  }
+  if (!isReading_) return survey(file);
+  load(file);
+  total_ += file.text->size();
+}
+
+void SourceFiles::Walk::load(File& file) const {
+  file.text.emplace(readFile(file.path, maximumTotalSize - total_));
+  file.checksum = checksumOf(file.text->content());
+  file.includes = includesOf(*file.text);
+}
+
+void SourceFiles::Walk::survey(File& file) const {
   std::string head;
   file.checksum = checksumOfFile(file.path, &head);
-  try {
-    file.includes = ExactReader(PaddedText(std::string_view(head)).text()).leadingIncludes();
-  } catch (const Fault&) {
-    // They may go on behind the beginning.
-    if (head.size() == headSize) file.includes = includesOf(readFile(file.path));
+  if (auto includes = includesOfHead(PaddedText(std::string_view(head)))) {
+    file.includes = std::move(*includes);
+  } else {
+    load(file);
+    file.text = boost::none;
   }
 }
 
@@ -86,9 +118,14 @@ void SourceFiles::Walk::visitIncluded(std::size_t number, const Include& include
   }
   if (chain_.size() == maximumIncludeDepth) {
     if (!isReading_) return;
-    throw failure(
-        number, include,
-        messages::TooManyIncludes(toUtf16(std::to_string(maximumIncludeDepth)), toUtf16(quotePath(path))));
+    throw failure(number, include,
+                  messages::TooManyIncludes(spelled(maximumIncludeDepth), toUtf16(quotePath(path))));
+  }
+  if (files_.size() == maximumFileCount) {
+    if (!isReading_) return;
+    throw unreadable(
+        number, include, path,
+        FileFailure(FileFailureKind::TooLarge, messages::TooManyFiles(spelled(maximumFileCount))));
   }
   const std::size_t next = files_.size();
   const std::size_t depth = chain_.size();
@@ -109,7 +146,7 @@ bool SourceFiles::Walk::isInProgress(std::size_t number) const {
 FormatFailure SourceFiles::Walk::failure(std::size_t number, const Include& include,
                                          const lx::services::CatalogMessage& message) const {
   const File& file = files_[number];
-  const FormatFailure inItsFile(placeOf(file.content->text(), include.offset), message);
+  const FormatFailure inItsFile(placeOf(file.text->text(), include.offset), message);
   return number == 0 ? inItsFile : FormatFailure(inItsFile, file.path);
 }
 
@@ -126,7 +163,7 @@ FileFailure SourceFiles::Walk::unreadable(std::size_t number, const Include& inc
   const File& file = files_[number];
   return {reason.kind(),
           messages::IncludedFileUnreadable(toUtf16(quotePath(file.path)),
-                                           toUtf16(describe(placeOf(file.content->text(), include.offset))),
+                                           toUtf16(describe(placeOf(file.text->text(), include.offset))),
                                            toUtf16(quotePath(path)), reason.text())};
 }
 

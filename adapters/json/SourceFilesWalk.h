@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -23,7 +24,9 @@ class SourceFiles::Walk {
  private:
   std::size_t visit(const std::string& path, const std::string& identity);
   void visitIncluded(std::size_t number, const Include& include);
-  void fetch(File& file) const;
+  void fetch(File& file);
+  void load(File& file) const;
+  void survey(File& file) const;
   bool isInProgress(std::size_t number) const;
   FormatFailure failure(std::size_t number, const Include& include,
                         const lx::services::CatalogMessage& message) const;
@@ -34,6 +37,8 @@ class SourceFiles::Walk {
   std::vector<File>& files_;
   const CheckRights& checkRights_;
   bool isReading_;
+  /// How many bytes have been read.
+  std::uint64_t total_ = 0;
   /// The numbers of the files by what makes them one, and of those whose includes are being looked at.
   std::unordered_map<std::string, std::size_t> numbers_;
   std::vector<std::size_t> chain_;

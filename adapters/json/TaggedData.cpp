@@ -79,7 +79,7 @@ boost::optional<double> nonFinite(std::string_view word) {
 
 /// Read an integer from 0 to `most`.
 std::size_t smallInteger(TextScan& scan, std::size_t most) {
-  const std::u16string limit = toUtf16(std::to_string(most));
+  const std::u16string limit = spelled(most);
   if (!scan.isAtNumber()) scan.fail<messages::NoSmallInteger>(limit);
   const std::size_t offset = scan.offset();
   const std::string_view literal = scan.number();
@@ -124,11 +124,11 @@ std::uint64_t TaggedValue::number() {
     const std::size_t offset = scan.offset();
     const std::string word = scan.string();
     const auto value = nonFinite(word);
-    if (!value) throw Fault{offset, messages::NoNumberWord(toUtf16(quoteName(word)))};
+    if (!value) throw Fault{offset, messages::NoNumberWord(quoted(word))};
     if (classCode_ == hvClassCode::Double) return std::bit_cast<std::uint64_t>(*value);
     return std::bit_cast<std::uint32_t>(static_cast<float>(*value));
   }
-  if (!scan.isAtNumber()) scan.fail<messages::NoNumber>(toUtf16(quoteName(class_)));
+  if (!scan.isAtNumber()) scan.fail<messages::NoNumber>(quoted(class_));
   return isFloatingPoint ? floatingPoint() : integer();
 }
 
@@ -137,7 +137,7 @@ std::uint64_t TaggedValue::floatingPoint() {
   const std::size_t offset = scan.offset();
   const std::string_view literal = scan.number();
   const auto inexact = [&] {
-    return Fault{offset, messages::NumberNotInClass(toUtf16(quoteName(class_)), toUtf16(shorten(literal)))};
+    return Fault{offset, messages::NumberNotInClass(quoted(class_), toUtf16(shorten(literal)))};
   };
   const auto rounded = nearestDouble(literal);
   if (!rounded) throw inexact();
@@ -160,7 +160,7 @@ std::uint64_t TaggedValue::integer() {
   } else if (const auto negative = negativeInteger(literal)) {
     if (*negative >= range.least) return std::bit_cast<std::uint64_t>(*negative);
   }
-  throw Fault{offset, messages::NumberNotInClass(toUtf16(quoteName(class_)), toUtf16(shorten(literal)))};
+  throw Fault{offset, messages::NumberNotInClass(quoted(class_), toUtf16(shorten(literal)))};
 }
 
 void TaggedValue::readTruths() {
@@ -223,7 +223,7 @@ void TaggedValue::readTexts() {
 void TaggedValue::readCells() {
   TextScan& scan = reader_.scan();
   if (!scan.isAt('[')) scan.fail<messages::NoData>();
-  count_ = readValues();
+  count_ = readValues(1);
 }
 
 void TaggedValue::readStructures() {
@@ -232,21 +232,20 @@ void TaggedValue::readStructures() {
   reader_.forEachElement([&](bool) {
     const std::size_t offset = scan.offset();
     if (!scan.isAt('[')) scan.fail<messages::NoValuesOfFields>();
-    const std::size_t values = readValues();
-    if (!valuesPerStructure_) {
-      valuesPerStructure_ = values;
-      structureOffset_ = offset;
+    const Values values{offset, readValues(0)};
+    if (!first_) {
+      first_ = values;
+    } else if (!deviating_ && values.count != first_->count) {
+      deviating_ = values;
     }
-    if (values != *valuesPerStructure_)
-      throw Fault{offset, messages::ValuesOfFieldsDiffer(toUtf16(std::to_string(*valuesPerStructure_)),
-                                                         toUtf16(std::to_string(values)))};
+    if (fields_) checkValuesOfFields();
     ++count_;
   });
 }
 
-std::size_t TaggedValue::readValues() {
+std::size_t TaggedValue::readValues(std::size_t levels) {
   const std::size_t before = values_.size();
-  reader_.forEachElement([&](bool) { values_.push_back(reader_.value()); });
+  reader_.forEachElement([&](bool isFirst) { values_.push_back(reader_.value(isFirst)); }, levels);
   return values_.size() - before;
 }
 

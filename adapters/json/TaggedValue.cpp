@@ -7,7 +7,6 @@
 #include "adapters/json/DollarNames.h"
 #include "adapters/json/ExactNumber.h"
 #include "adapters/json/ExactReader.h"
-#include "adapters/json/Place.h"
 #include "adapters/json/Wording.h"
 #include "adapters/json/messages.h"
 #include "adapters/json/nearestName.h"
@@ -31,14 +30,6 @@ constexpr std::array classes{
     NamedClass{"logical", hvClassCode::Logical}, NamedClass{"char", hvClassCode::Character},
     NamedClass{"string", hvClassCode::String},   NamedClass{"cell", hvClassCode::Cell},
     NamedClass{"struct", hvClassCode::Structure}};
-
-std::u16string spell(std::size_t number) {
-  return toUtf16(std::to_string(number));
-}
-
-std::u16string quote(std::string_view name) {
-  return toUtf16(quoteName(name));
-}
 
 bool isNumericClass(hvClassCode code) {
   return code >= hvClassCode::Single && code <= hvClassCode::UInt64;
@@ -78,7 +69,7 @@ void TaggedValue::checkName(const std::string& name, std::size_t offset) {
   isFirst_ = false;
   const bool isSuitable = (name != fieldsName || classCode_ == hvClassCode::Structure) &&
                           (name != imaginaryName || isNumericClass(classCode_));
-  if (!isSuitable) throw Fault{offset, messages::UnsuitableMember(quote(class_), quote(name))};
+  if (!isSuitable) throw Fault{offset, messages::UnsuitableMember(quoted(class_), quoted(name))};
 }
 
 void TaggedValue::readMember(const std::string& name) {
@@ -105,7 +96,7 @@ void TaggedValue::readClass() {
   if (classCode_ != hvClassCode::Unknown) return;
   std::array<std::string_view, classes.size()> names;
   std::transform(classes.begin(), classes.end(), names.begin(), [](const auto& known) { return known.name; });
-  throw Fault{offset, messages::UnknownClass(quote(nearestName(class_, names)), quote(class_))};
+  throw Fault{offset, messages::UnknownClass(quoted(nearestName(class_, names)), quoted(class_))};
 }
 
 void TaggedValue::readSize() {
@@ -121,7 +112,7 @@ void TaggedValue::readSize() {
     if (!extent) throw Fault{offset, messages::NoExtent(toUtf16(shorten(literal)))};
     size.push_back(*extent);
   });
-  if (size.size() < 2) throw Fault{sizeOffset_, messages::TooFewSizes(spell(size.size()))};
+  if (size.size() < 2) throw Fault{sizeOffset_, messages::TooFewSizes(spelled(size.size()))};
   if (!countOf(size)) throw Fault{sizeOffset_, messages::SizeTooLarge(toUtf16(describeSize(size)))};
   size_ = std::move(size);
 }
@@ -132,35 +123,37 @@ void TaggedValue::readFields() {
   MemberNames names;
   reader_.forEachElement([&](bool) {
     const std::size_t offset = scan.offset();
-    const std::string name = fieldName();
-    if (const auto earlier = names.add(name, offset)) {
-      const Place place = placeOf(scan.text(), names.offsetOf(*earlier));
-      throw Fault{offset, messages::RepeatedName(quote(name), toUtf16(describe(place)))};
-    }
+    reader_.addName(names, fieldName(), offset);
   });
   fields_ = *names.finish();
-  if (!valuesPerStructure_) valuesPerStructure_ = fields_->size();
 }
 
 void TaggedValue::checkCompleteness() const {
   const auto missing = [this](std::string_view name) {
-    return Fault{end_, messages::MissingMember(quote(name), u"'}'")};
+    return Fault{end_, messages::MissingMember(quoted(name), u"'}'")};
   };
   if (!size_) throw missing(sizeName);
   if (classCode_ == hvClassCode::Structure && !fields_) throw missing(fieldsName);
   if (!dataOffset_) throw missing(dataName);
-  if (fields_ && *valuesPerStructure_ != fields_->size()) {
-    throw Fault{structureOffset_,
-                messages::ValuesOfFieldsDiffer(spell(fields_->size()), spell(*valuesPerStructure_))};
-  }
+  if (fields_) checkValuesOfFields();
   checkCount(count_, *dataOffset_);
   if (imaginaryOffset_) checkCount(imaginary_.size(), *imaginaryOffset_);
+}
+
+void TaggedValue::checkValuesOfFields() const {
+  for (const boost::optional<Values>& values : {first_, deviating_}) {
+    if (values && values->count != fields_->size()) {
+      throw Fault{values->offset,
+                  messages::ValuesOfFieldsDiffer(spelled(fields_->size()), spelled(values->count))};
+    }
+  }
 }
 
 void TaggedValue::checkCount(std::size_t count, std::size_t offset) const {
   const std::size_t expected = *countOf(*size_);
   if (count == expected) return;
-  throw Fault{offset, messages::CountDiffers(spell(expected), toUtf16(describeSize(*size_)), spell(count))};
+  throw Fault{offset,
+              messages::CountDiffers(spelled(expected), toUtf16(describeSize(*size_)), spelled(count))};
 }
 
 }  // namespace nd::adapters::json

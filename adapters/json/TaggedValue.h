@@ -44,7 +44,7 @@ class TaggedValue {
   void readTexts();
   void readCells();
   void readStructures();
-  std::size_t readValues();
+  std::size_t readValues(std::size_t levels);
 
   std::uint64_t number();
   std::uint64_t floatingPoint();
@@ -54,6 +54,7 @@ class TaggedValue {
 
   void checkName(const std::string& name, std::size_t offset);
   void checkCompleteness() const;
+  void checkValuesOfFields() const;
   void checkCount(std::size_t count, std::size_t offset) const;
   hvArrayPtr make();
   hvArrayPtr makeNumeric() const;
@@ -84,9 +85,14 @@ class TaggedValue {
   std::u16string characters_;
   std::vector<boost::optional<std::u16string>> texts_;
   std::vector<hvArrayPtr> values_;
-  /// How many values each structure has, and where one begins that has so many.
-  boost::optional<std::size_t> valuesPerStructure_;
-  std::size_t structureOffset_ = 0;
+  /// A structure by where its values begin and how many there are.
+  struct Values {
+    std::size_t offset = 0;
+    std::size_t count = 0;
+  };
+  /// The first structure, and the first one that has another number of values.
+  boost::optional<Values> first_;
+  boost::optional<Values> deviating_;
 };
 
 }  // namespace nd::adapters::json

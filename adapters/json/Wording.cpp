@@ -9,6 +9,7 @@
 #include "adapters/json/ExactNumber.h"
 #include "adapters/json/characters.h"
 #include "platform/host/ArrayText.h"
+#include "platform/text/Convert.h"
 
 namespace nd::adapters::json {
 namespace {
@@ -64,6 +65,14 @@ std::string quoteName(std::string_view name) {
 
 std::string quotePath(std::string_view path) {
   return "\"" + hvEscape(path) + "\"";
+}
+
+std::u16string quoted(std::string_view name) {
+  return lx::text::toUtf16(quoteName(name));
+}
+
+std::u16string spelled(std::size_t number) {
+  return lx::text::toUtf16(std::to_string(number));
 }
 
 }  // namespace nd::adapters::json

@@ -23,4 +23,8 @@ std::string quoteName(std::string_view name);
 /// Give the path of a file whole, in double quotes, so that it can't drive a terminal.
 std::string quotePath(std::string_view path);
 
+/// Give a name as `quoteName` does, or a number, as the argument of a message.
+std::u16string quoted(std::string_view name);
+std::u16string spelled(std::size_t number);
+
 }  // namespace nd::adapters::json

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/foundation/Cast.h"
 #include "tests/adapters/json/arrays.h"
 
 using nd::data::adapter::AdapterDiagnostic;
@@ -9,9 +10,23 @@ using nd::data::adapter::AdapterError;
 using nd::data::adapter::DataContainer;
 using nd::data::adapter::MetaDataEntry;
 
+namespace {
+
+std::vector<std::string> shown(const boost::shared_ptr<inWorkSpace_tag>& workspace) {
+  std::vector<std::string> variables;
+  WorkSpaceIterator walk(workspace, false, false, true);
+  const hvArray* value = nullptr;
+  std::string name;
+  while (walk.get_next_variable(value, name)) variables.push_back(hvFormat(value, name));
+  return variables;
+}
+
+}  // namespace
+
 std::ostream& operator<<(std::ostream& stream, const ContainerState& state) {
   for (const std::string& variable : state.variables) stream << variable;
   for (const std::u16string& name : state.metaData) stream << "metadata: " << lx::text::toUtf8(name) << "\n";
+  for (const std::string& content : state.contentOfMetaData) stream << content;
   return stream;
 }
 
@@ -40,10 +55,22 @@ std::u16string AdapterFixture::sourceOf(std::string_view name) const {
 }
 
 void AdapterFixture::fillContainer() {
-  inAssignInDesiredWS(arrays::scalar(1).get(), "former", workspace_);
-  MetaDataEntry entry = MetaDataEntry::create(model_);
-  entry.setName(u"former");
-  container_.impl()->getMetaDataCacheMutable().add(entry);
+  for (const char* const name : {"former", "a"}) {
+    inAssignInDesiredWS(arrays::scalar(77).get(), name, workspace_);
+    const boost::shared_ptr<inWorkSpace_tag> entries = inCreateWorkspace(1);
+    inAssignInDesiredWS(arrays::row(u"former unit").get(), "unit", entries);
+    const DataContainer holder = DataContainer::create(model_);
+    holder.setDataCache(entries);
+    const MetaDataEntry entry = MetaDataEntry::create(model_);
+    entry.setName(lx::text::toUtf16(name));
+    entry.setValue(holder);
+    container_.impl()->getMetaDataCacheMutable().add(entry);
+  }
+}
+
+void AdapterFixture::emptyContainer() {
+  inClearArraysInDesiredWS(workspace_);
+  container_.impl()->getMetaDataCacheMutable().clear();
 }
 
 ErrorState AdapterFixture::getData(const std::u16string& prevChecksum) {
@@ -67,12 +94,19 @@ std::u16string AdapterFixture::sentenceOfGetData() {
 
 ContainerState AdapterFixture::state() const {
   ContainerState state;
-  WorkSpaceIterator walk(workspace_, false, false, true);
-  const hvArray* value = nullptr;
-  std::string name;
-  while (walk.get_next_variable(value, name)) state.variables.push_back(hvFormat(value, name));
+  state.variables = shown(workspace_);
   state.metaData = container_.metaDataCache().keys();
+  for (const MetaDataEntry& entry : container_.metaDataCache()) {
+    for (const std::string& each : shown(lx::base::castTo<DataContainer>(entry.value()).dataCache()))
+      state.contentOfMetaData.push_back(lx::text::toUtf8(entry.name()) + "." + each);
+  }
   return state;
+}
+
+const hvArray* AdapterFixture::entry(const std::u16string& variable, const std::string& name) const {
+  const MetaDataEntry found = container_.metaDataCache().find(variable);
+  if (!found) return nullptr;
+  return inGetValueFromWorkspace(name, lx::base::castTo<DataContainer>(found.value()).dataCache());
 }
 
 ErrorState AdapterFixture::failure(AdapterDiagnostic diagnostic, const std::u16string& message,

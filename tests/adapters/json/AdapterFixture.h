@@ -17,7 +17,9 @@
 struct ContainerState {
   /// Each variable as it is shown, in their order.
   std::vector<std::string> variables;
+  /// The names under which there are metadata, and for each what is held there, as it is shown.
   std::vector<std::u16string> metaData;
+  std::vector<std::string> contentOfMetaData;
 
   friend bool operator==(const ContainerState&, const ContainerState&) = default;
   friend std::ostream& operator<<(std::ostream& stream, const ContainerState& state);
@@ -45,7 +47,8 @@ class AdapterFixture : public testing::Test {
   std::u16string write(std::string_view name, std::string_view content) const;
   std::u16string sourceOf(std::string_view name) const;
 
-  /// Put one variable, "former", and one entry of metadata, "former", into the container.
+  /// Put two variables, "former" and "a", and metadata of both into the container. Many files of the tests
+  /// have an "a" too.
   void fillContainer();
 
   /// Read with the adapter into the container; gives what the error states afterwards.
@@ -55,6 +58,12 @@ class AdapterFixture : public testing::Test {
   std::u16string sentenceOfGetData();
 
   ContainerState state() const;
+
+  /// Take everything out of the container.
+  void emptyContainer();
+
+  /// Give an entry of a variable's metadata; null if there is none.
+  const hvArray* entry(const std::u16string& variable, const std::string& name) const;
   const hvArray* variable(const std::string& name) const { return inGetValueFromWorkspace(name, workspace_); }
 
   /// The error that the adapter is to state about a source.

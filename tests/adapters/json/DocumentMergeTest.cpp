@@ -10,14 +10,14 @@
 #include "platform/host/ArrayComparison.h"
 #include "tests/adapters/json/arrays.h"
 
-using nd::adapters::json::Document;
+using nd::adapters::json::Content;
 using nd::adapters::json::DocumentMerge;
 using nd::adapters::json::PaddedText;
 using nd::adapters::json::readDocument;
 
 namespace {
 
-Document merged(const std::vector<std::string>& texts) {
+Content merged(const std::vector<std::string>& texts) {
   DocumentMerge merge;
   for (const std::string& text : texts) merge.add(readDocument(PaddedText(text)));
   return merge.finish();
@@ -26,7 +26,7 @@ Document merged(const std::vector<std::string>& texts) {
 }  // namespace
 
 TEST(DocumentMerge, KeepsThePlaceOfAVariableAndTakesItsLaterValue) {
-  const Document document = merged({R"({"a": 1, "b": 2})", R"({"c": 3, "a": 4})"});
+  const Content document = merged({R"({"a": 1, "b": 2})", R"({"c": 3, "a": 4})"});
   ASSERT_EQ(document.variables.size(), 3U);
   EXPECT_EQ(document.variables[0].name, "a");
   EXPECT_TRUE(hvEqual(document.variables[0].value.get(), arrays::scalar(4).get()));
@@ -35,8 +35,8 @@ TEST(DocumentMerge, KeepsThePlaceOfAVariableAndTakesItsLaterValue) {
 }
 
 TEST(DocumentMerge, TakesTheMetadataEntryByEntry) {
-  const Document document = merged({R"({"$meta": {"a": {"unit": "V", "x": 1}}})",
-                                    R"({"$meta": {"b": {"unit": "A"}, "a": {"y": 2, "unit": "mV"}}})"});
+  const Content document = merged({R"({"$meta": {"a": {"unit": "V", "x": 1}}})",
+                                   R"({"$meta": {"b": {"unit": "A"}, "a": {"y": 2, "unit": "mV"}}})"});
   ASSERT_EQ(document.metaData.size(), 2U);
   EXPECT_EQ(document.metaData[0].variable, "a");
   ASSERT_EQ(document.metaData[0].entries.size(), 3U);
@@ -48,7 +48,7 @@ TEST(DocumentMerge, TakesTheMetadataEntryByEntry) {
 }
 
 TEST(DocumentMerge, OfNothingIsEmpty) {
-  const Document document = merged({});
+  const Content document = merged({});
   EXPECT_TRUE(document.variables.empty());
   EXPECT_TRUE(document.metaData.empty());
 }

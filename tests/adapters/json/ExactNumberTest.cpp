@@ -9,6 +9,7 @@
 
 #include "adapters/json/ExactNumber.h"
 
+using nd::adapters::json::clashingNumber;
 using nd::adapters::json::exactNumber;
 using nd::adapters::json::fitsInt64;
 using nd::adapters::json::fitsUInt64;
@@ -27,6 +28,21 @@ NumberClass classOf(const std::string& literal) {
 }
 
 }  // namespace
+
+TEST(ClashingNumber, IsTheFirstThatNoClassHoldsTogetherWithThoseBefore) {
+  const auto clashOf = [](std::string_view text) { return text.substr(clashingNumber(text)); };
+  EXPECT_EQ(clashOf("[1, 0.5, [9007199254740993], 2]"), "9007199254740993], 2]");
+  EXPECT_EQ(clashOf("[9007199254740993, -1, 18446744073709551615]"), "18446744073709551615]");
+  EXPECT_EQ(clashOf("18446744073709551615 1 -1"), "-1");
+  EXPECT_EQ(clashOf("9007199254740993 18446744073709551616"), "18446744073709551616");
+}
+
+TEST(ClashingNumber, IsBehindTheTextIfOneClassHoldsAll) {
+  for (const std::string_view text :
+       {"", "[[], 1]", "[-1, 9007199254740993]", "[0.5, 18446744073709551616, -0]",
+        "[1, 9223372036854775808, 9007199254740993]"})
+    EXPECT_EQ(clashingNumber(text), text.size()) << text;
+}
 
 TEST(ExactNumber, HoldsIntegersUpToTwoTo53AsDouble) {
   EXPECT_EQ(classOf("9007199254740991"), NumberClass::Double);

@@ -1,4 +1,3 @@
-#include <boost/optional/optional_io.hpp>
 #include <gtest/gtest.h>
 
 #include "adapters/json/Gatherer.h"
@@ -55,7 +54,7 @@ TEST(Gatherer, TakesDoublesOnlyAmongDoubles) {
   EXPECT_FALSE(another.takesDoubles());
 }
 
-TEST(Gatherer, TellsWhereANumberClashesForAsLongAsAllAreNumbers) {
+TEST(Gatherer, TellsThatNumbersClashForAsLongAsAllAreNumbers) {
   BlockStacks stacks;
   const auto great = [&stacks] {
     stacks.numbers.push_back(9007199254740993U);
@@ -65,9 +64,9 @@ TEST(Gatherer, TellsWhereANumberClashesForAsLongAsAllAreNumbers) {
   gatherer.addDouble(0.5);
   EXPECT_FALSE(gatherer.clash());
   gatherer.add(great(), 6);
-  EXPECT_EQ(gatherer.clash(), boost::optional<std::size_t>(6));
+  EXPECT_TRUE(gatherer.clash());
   gatherer.add(great(), 24);
-  EXPECT_EQ(gatherer.clash(), boost::optional<std::size_t>(6));
+  EXPECT_TRUE(gatherer.clash());
   gatherer.add(truth(stacks, true), 27);
   EXPECT_FALSE(gatherer.clash());
   gatherer.add(great(), 30);

@@ -111,6 +111,12 @@ TEST_F(JsonAdapterFailures, NameAFileThatIsTooLarge) {
                                      u"is read.");
 }
 
+TEST_F(JsonAdapterFailures, StillGiveAChecksumOfAFileThatIsTooLargeToBeLoaded) {
+  adapter_.open(write("a.json", "no JSON"));
+  std::filesystem::resize_file(folder_.path("a.json"), nd::adapters::json::maximumFileSize + 1);
+  EXPECT_EQ(adapter_.getCurrentChecksum().size(), 32U);
+}
+
 TEST_F(JsonAdapterFailures, NameThePlaceInAnIllFormedText) {
   const std::u16string source = write("a.json", "{\n  \"a\": 1,\n  \"b\": 2 \"c\": 3\n}");
   EXPECT_TRUE(adapter_.open(source));

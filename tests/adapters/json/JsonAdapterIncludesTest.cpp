@@ -6,29 +6,17 @@
 
 #include <gtest/gtest.h>
 
+#include "adapters/json/Limits.h"
 #include "platform/host/ArrayComparison.h"
 #include "platform/services/ForwardingFileSystem.h"
-#include "tests/adapters/json/AdapterFixture.h"
+#include "tests/adapters/json/IncludesFixture.h"
 #include "tests/adapters/json/arrays.h"
 
 using nd::data::adapter::AdapterDiagnostic;
 
 namespace {
 
-class JsonAdapterIncludes : public AdapterFixture {
- protected:
-  /// Read a source; gives what the error states.
-  ErrorState read(const std::u16string& source) {
-    adapter_.open(source);
-    return getData();
-  }
-
-  bool is(const std::string& name, double value) const {
-    return hvEqual(variable(name), arrays::scalar(value).get());
-  }
-
-  std::u16string quoted(std::string_view name) const { return u"\"" + sourceOf(name) + u"\""; }
-};
+using JsonAdapterIncludes = IncludesFixture;
 
 const ErrorState noFailure;
 
@@ -132,120 +120,127 @@ TEST_F(JsonAdapterIncludes, AreReadAgainOnlyIfOneOfThemChanged) {
   EXPECT_TRUE(is("a", 2));
 }
 
-TEST_F(JsonAdapterIncludes, AreAnErrorWithTheChainIfTheyFormACircle) {
-  const std::u16string source = write("a.json", "{\n\"$include\": \"b.json\"}");
-  write("b.json", "{\"$include\":\n [\"c.json\"]}");
-  write("c.json", R"({"$include": "./a.json"})");
-  EXPECT_EQ(
-      read(source),
-      failure(
-          AdapterDiagnostic::UnrecognizedFormat,
-          u"in the included file " + quoted("c.json") +
-              u", line 1, column 14: expected files that don't include one another in a circle, but found " +
-              quoted("a.json") + u" → " + quoted("b.json") + u" → " + quoted("c.json") + u" → " +
-              quoted("a.json"),
-          source));
-  EXPECT_EQ(adapter_.getCurrentChecksum().size(), 32U);
+TEST_F(JsonAdapterIncludes, OverrideOnceMoreWhereTheyAreNamedAgain) {
+  write("one.json", R"({"a": 1, "b": 1})");
+  write("two.json", R"({"b": 2})");
+  EXPECT_EQ(read(write("a.json", R"({"$include": ["one.json", "two.json", "one.json"]})")), noFailure);
+  EXPECT_TRUE(is("a", 1) && is("b", 1));
+  EXPECT_EQ(adapter_.getExternalSources(),
+            (std::vector<std::u16string>{sourceOf("one.json"), sourceOf("two.json")}));
 }
 
-TEST_F(JsonAdapterIncludes, AreAnErrorForAFileThatIncludesItselfByAnotherName) {
-  const std::u16string source = write("a.json", R"({"$include": "link.json"})");
-  std::filesystem::create_symlink(folder_.path("a.json"), folder_.path("link.json"));
-  EXPECT_EQ(
-      read(source),
-      failure(AdapterDiagnostic::UnrecognizedFormat,
-              u"line 1, column 14: expected files that don't include one another in a circle, but found " +
-                  quoted("a.json") + u" → " + quoted("a.json"),
-              source));
-}
-
-TEST_F(JsonAdapterIncludes, AreAnErrorThatNamesBothFilesIfOneIsMissing) {
-  fillContainer();
-  const ContainerState before = state();
-  const std::u16string source = write("a.json", R"({"$include": "b.json"})");
-  EXPECT_EQ(read(source), failure(AdapterDiagnostic::Inaccessible,
-                                  u"in " + quoted("a.json") +
-                                      u", line 1, column 14: expected a file that can be read, but found " +
-                                      quoted("b.json") + u". There is no such file.",
-                                  source));
-  write("b.json", "{\"$include\":\n\"c.json\"}");
-  EXPECT_EQ(read(source), failure(AdapterDiagnostic::Inaccessible,
-                                  u"in " + quoted("b.json") +
-                                      u", line 2, column 1: expected a file that can be read, but found " +
-                                      quoted("c.json") + u". There is no such file.",
-                                  source));
-  EXPECT_EQ(state(), before);
-}
-
-TEST_F(JsonAdapterIncludes, AreAnErrorIfTheHostForbidsToReadOne) {
-  struct Forbidding : lx::services::ForwardingFileSystem {
-    bool access(const std::u16string& path, int mode) const override {
-      return !path.ends_with(u"b.json") && ForwardingFileSystem::access(path, mode);
-    }
-  };
-  write("b.json", "{}");
-  const std::u16string source = write("a.json", R"({"$include": "b.json"})");
-  const lx::services::FileSystem::Replacement forbidding(std::make_shared<Forbidding>());
-  EXPECT_EQ(read(source), failure(AdapterDiagnostic::NoPermission,
-                                  u"in " + quoted("a.json") +
-                                      u", line 1, column 14: expected a file that can be read, but found " +
-                                      quoted("b.json") + u". There is no permission to read it.",
-                                  source));
-}
-
-TEST_F(JsonAdapterIncludes, TakeNoOtherFileForOneWhoseNameHoldsANul) {
-  write("b.json", "{}");
-  const std::u16string source = write("a.json", R"({"$include": "b.json\u0000x"})");
-  const ErrorState error = read(source);
-  EXPECT_EQ(error.diagnostic, AdapterDiagnostic::Inaccessible);
-  EXPECT_TRUE(error.message.ends_with(u"There is no such file.")) << lx::text::toUtf8(error.message);
-}
-
-TEST_F(JsonAdapterIncludes, AreAnErrorIfOneIsAFolder) {
-  std::filesystem::create_directory(folder_.path("sub"));
-  const std::u16string source = write("a.json", R"({"$include": "sub"})");
-  EXPECT_EQ(read(source), failure(AdapterDiagnostic::Inaccessible,
-                                  u"in " + quoted("a.json") +
-                                      u", line 1, column 14: expected a file that can be read, but found " +
-                                      quoted("sub") + u". It is a folder and not a file.",
-                                  source));
-}
-
-TEST_F(JsonAdapterIncludes, AreAnErrorWithFileAndPlaceIfOneIsIllFormed) {
-  fillContainer();
-  const ContainerState before = state();
-  const std::u16string source = write("a.json", R"({"$include": "b.json", "a": 1})");
-  write("b.json", "{\"b\": 1,\n \"c\" 2}");
-  EXPECT_EQ(read(source),
-            failure(AdapterDiagnostic::UnrecognizedFormat,
-                    u"in the included file " + quoted("b.json") +
-                        u", line 2, column 6: expected ':' behind the member's name, but found '2'",
-                    source));
-  EXPECT_EQ(state(), before);
-}
-
-TEST_F(JsonAdapterIncludes, AreAnErrorBeyondTheLimit) {
-  for (int number = 1; number <= 65; ++number) {
+TEST_F(JsonAdapterIncludes, MayBeAsManyInARowAsTheLimitSays) {
+  for (int number = 1; number < 64; ++number) {
     write("f" + std::to_string(number) + ".json",
           "{\"$include\": \"f" + std::to_string(number + 1) + ".json\"}");
   }
-  write("f66.json", "{}");
-  const ErrorState error = read(sourceOf("f1.json"));
-  EXPECT_EQ(error.diagnostic, AdapterDiagnostic::UnrecognizedFormat);
-  EXPECT_EQ(error.message,
-            u"in the included file " + quoted("f64.json") +
-                u", line 1, column 14: expected at most 64 files that include one another in a "
-                u"row, but found " +
-                quoted("f65.json") + u" behind them");
+  write("f64.json", R"({"a": 1})");
+  EXPECT_EQ(read(sourceOf("f1.json")), noFailure);
+  EXPECT_TRUE(is("a", 1));
 }
 
-TEST_F(JsonAdapterIncludes, AreNamedByStringsOnly) {
-  const std::u16string source = write("a.json", R"({"$include": 1})");
-  EXPECT_EQ(read(source).message,
-            u"line 1, column 14: expected the name of a file, or an array of names, in double quotes, but "
-            u"found '1'");
-  write("a.json", R"({"$include": ["b.json", null]})");
-  write("b.json", "{}");
-  EXPECT_EQ(read(source).message,
-            u"line 1, column 25: expected the name of a file in double quotes, but found 'null'");
+TEST_F(JsonAdapterIncludes, CountFromTheFolderOfTheFileThatALinkLeadsTo) {
+  std::filesystem::create_directories(folder_.path("x"));
+  std::filesystem::create_directories(folder_.path("y"));
+  write("y/real.json", R"({"$include": "base.json"})");
+  write("y/base.json", R"({"a": 1})");
+  write("x/base.json", R"({"a": 2})");
+  std::filesystem::create_symlink("../y/real.json", folder_.path("x/link.json"));
+  std::filesystem::create_symlink("link.json", folder_.path("x/again.json"));
+  // Whichever name comes first, it is one file with one meaning.
+  for (const char* names :
+       {R"(["x/link.json"])", R"(["x/link.json", "y/real.json"])", R"(["y/real.json", "x/again.json"])"}) {
+    EXPECT_EQ(read(write("a.json", std::string("{\"$include\": ") + names + "}")), noFailure) << names;
+    EXPECT_TRUE(is("a", 1)) << names;
+    EXPECT_EQ(adapter_.getExternalSources().size(), 2U) << names;
+  }
+}
+
+TEST_F(JsonAdapterIncludes, CountAlsoForTheSourceFromTheFolderOfTheFileThatItIsALinkTo) {
+  std::filesystem::create_directories(folder_.path("y"));
+  write("y/real.json", R"({"$include": "base.json"})");
+  write("y/base.json", R"({"a": 1})");
+  std::filesystem::create_symlink(folder_.path("y/real.json"), folder_.path("link.json"));
+  EXPECT_EQ(read(sourceOf("link.json")), noFailure);
+  EXPECT_TRUE(is("a", 1));
+}
+
+TEST_F(JsonAdapterIncludes, CountFromTheWorkingFolderForASourceWithoutOne) {
+  write("b.json", R"({"a": 1})");
+  write("a.json", R"({"$include": "b.json"})");
+  const std::filesystem::path former = std::filesystem::current_path();
+  std::filesystem::current_path(folder_.path(""));
+  EXPECT_EQ(read(u"a.json"), noFailure);
+  EXPECT_EQ(adapter_.getExternalSources(), (std::vector<std::u16string>{u"b.json"}));
+  std::filesystem::current_path(former);
+  EXPECT_TRUE(is("a", 1));
+}
+
+TEST_F(JsonAdapterIncludes, ChangeTheChecksumWhenALinkLeadsElsewhere) {
+  write("one.json", R"({"a": 1})");
+  write("two.json", R"({"a": 2})");
+  const auto retarget = [&](const char* target) {
+    std::filesystem::remove(folder_.path("link.json"));
+    std::filesystem::create_symlink(target, folder_.path("link.json"));
+  };
+  retarget("one.json");
+  adapter_.open(write("a.json", R"({"$include": ["one.json", "two.json", "link.json"]})"));
+  EXPECT_EQ(getData(), noFailure);
+  EXPECT_TRUE(is("a", 1));
+  const std::u16string checksum = adapter_.getCurrentChecksum();
+  // The files are the same ones, with the same content, and found in the same order.
+  retarget("two.json");
+  EXPECT_NE(adapter_.getCurrentChecksum(), checksum);
+  EXPECT_EQ(getData(checksum), noFailure);
+  EXPECT_TRUE(is("a", 2));
+  retarget("one.json");
+  EXPECT_EQ(adapter_.getCurrentChecksum(), checksum);
+}
+
+TEST_F(JsonAdapterIncludes, MayBeginWithAByteOrderMark) {
+  write("b.json", "\xEF\xBB\xBF{\"$include\": \"c.json\", \"a\": 1}");
+  write("c.json", "\xEF\xBB\xBF{\"b\": 2}");
+  EXPECT_EQ(read(write("a.json", R"({"$include": "b.json"})")), noFailure);
+  EXPECT_TRUE(is("a", 1) && is("b", 2));
+  EXPECT_EQ(adapter_.getExternalSources().size(), 2U);
+}
+
+TEST_F(JsonAdapterIncludes, AreFoundAlsoWhereTheBeginningOfAFileEndsWithinAName) {
+  // The beginning that is looked at first has 65536 bytes.
+  const std::string name = "\xC3\xA4\xF0\x9F\x98\x80.json";
+  write(name, R"({"b": 1})");
+  const std::string escaped = R"("\u00e4\ud83d\ude00.json")";
+  for (const std::string& spelling : {"\"" + name + "\"", escaped}) {
+    for (std::size_t behind = 0; behind <= spelling.size() + 2; ++behind) {
+      const std::string begin = R"({"$include": [)";
+      const std::string space(65536 - begin.size() - behind, ' ');
+      adapter_.open(write("a.json", begin + space + spelling + "]}"));
+      EXPECT_EQ(adapter_.getExternalSources(), (std::vector<std::u16string>{sourceOf(name)})) << behind;
+      const std::u16string checksum = adapter_.getCurrentChecksum();
+      EXPECT_EQ(getData(), noFailure);
+      emptyContainer();
+      EXPECT_EQ(getData(checksum), noFailure);
+      EXPECT_EQ(variable("b"), nullptr) << "the checksum of a read is another one";
+    }
+  }
+}
+
+TEST_F(JsonAdapterIncludes, MayBeAsManyAsTheLimitSays) {
+  std::string names;
+  for (std::size_t number = 1; number < nd::adapters::json::maximumFileCount; ++number) {
+    const std::string name = "f" + std::to_string(number) + ".json";
+    write(name, "{\"v" + std::to_string(number) + "\": 1}");
+    names += (number == 1 ? "\"" : ", \"") + name + "\"";
+  }
+  EXPECT_EQ(read(write("a.json", "{\"$include\": [" + names + "]}")), noFailure);
+  EXPECT_EQ(state().variables.size(), nd::adapters::json::maximumFileCount - 1);
+  const std::u16string source = write("a.json", "{\"$include\": [" + names + ",\n \"f1000.json\"]}");
+  write("f1000.json", "{}");
+  EXPECT_EQ(read(source), failure(AdapterDiagnostic::GenericFailure,
+                                  u"in " + quoted("a.json") +
+                                      u", line 2, column 2: expected a file that can be read, but found " +
+                                      quoted("f1000.json") +
+                                      u". The source has more than 1000 files, the most that are read.",
+                                  source));
+  EXPECT_EQ(adapter_.getExternalSources().size(), nd::adapters::json::maximumFileCount - 1);
 }

@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,35 @@ namespace {
 using JsonAdapterMemory = AdapterFixture;
 
 }  // namespace
+
+TEST_F(JsonAdapterMemory, ReadsAgainWhateverChecksumComesBackOnceAReadHasFailed) {
+  const std::string text = R"({"a": 1, "b": "text", "$meta": {"a": {"unit": "V"}}})";
+  adapter_.open(write("a.json", text));
+  const std::u16string checksum = adapter_.getCurrentChecksum();
+  ASSERT_EQ(getData(), ErrorState());
+  const ContainerState good = state();
+  std::size_t emptied = 0;
+  std::size_t failures = 0;
+  for (std::size_t number = 1;; ++number) {
+    nd::data::adapter::AdapterError error = nd::data::adapter::AdapterError::create(model_);
+    bool isShort = false;
+    {
+      const AllocationFault fault(number, AllocationFault::Extent::WithAllThatFollow);
+      try {
+        adapter_.getData(workspace_, container_.impl()->getMetaDataCacheMutable(), u"another", error);
+      } catch (const std::bad_alloc&) {
+        isShort = true;
+      }
+    }
+    if (!isShort) break;
+    ++failures;
+    emptied += state() == good ? 0U : 1U;
+    ASSERT_EQ(getData(checksum), ErrorState()) << "allocation " << number;
+    ASSERT_EQ(state(), good) << "allocation " << number;
+  }
+  EXPECT_GT(failures, 30U);
+  EXPECT_GT(emptied, 0U);
+}
 
 TEST_F(JsonAdapterMemory, LeavesTheContainerAloneWhenAnAllocationOfAReadFails) {
   adapter_.open(
@@ -32,7 +62,7 @@ TEST_F(JsonAdapterMemory, LeavesTheContainerAloneWhenAnAllocationOfAReadFails) {
     } else if (hasFailed) {
       // It went without that memory; the next round begins where this one did.
       ASSERT_TRUE(state().metaData.empty());
-      inClearArraysInDesiredWS(workspace_);
+      emptyContainer();
       fillContainer();
     } else {
       break;

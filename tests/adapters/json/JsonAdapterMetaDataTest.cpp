@@ -5,14 +5,12 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/foundation/Cast.h"
 #include "platform/host/ArrayComparison.h"
 #include "tests/adapters/json/AdapterFixture.h"
 #include "tests/adapters/json/arrays.h"
 #include "tests/support/AllocationFault.h"
 
 using nd::data::adapter::AdapterDiagnostic;
-using nd::data::adapter::DataContainer;
 
 namespace {
 
@@ -21,13 +19,6 @@ class JsonAdapterMetaData : public AdapterFixture {
   ErrorState read(std::string_view content) {
     adapter_.open(write("a.json", content));
     return getData();
-  }
-
-  /// Give an entry of a variable's metadata; null if there is none.
-  const hvArray* entry(const std::u16string& variable, const std::string& name) const {
-    const auto found = container_.metaDataCache().find(variable);
-    if (!found) return nullptr;
-    return inGetValueFromWorkspace(name, lx::base::castTo<DataContainer>(found.value()).dataCache());
   }
 };
 
@@ -68,6 +59,41 @@ TEST_F(JsonAdapterMetaData, OfIncludedFilesIsOverriddenEntryByEntry) {
   EXPECT_TRUE(hvEqual(entry(u"a", "unit"), arrays::row(u"V").get()));
   EXPECT_TRUE(hvEqual(entry(u"a", "description"), arrays::row(u"new").get()));
   EXPECT_TRUE(hvEqual(entry(u"b", "unit"), arrays::row(u"A").get()));
+}
+
+TEST_F(JsonAdapterMetaData, StaysWithAVariableThatIsOverridden) {
+  write("base.json", R"({"a": 1, "$meta": {"a": {"unit": "V"}}})");
+  EXPECT_EQ(read(R"({"$include": "base.json", "a": "text"})"), noFailure);
+  EXPECT_TRUE(hvEqual(variable("a"), arrays::row(u"text").get()));
+  EXPECT_TRUE(hvEqual(entry(u"a", "unit"), arrays::row(u"V").get()));
+}
+
+TEST_F(JsonAdapterMetaData, MayBeAboutAVariableOfAnIncludedFile) {
+  write("base.json", R"({"a": 1})");
+  EXPECT_EQ(read(R"({"$include": "base.json", "$meta": {"a": {"unit": "V"}}})"), noFailure);
+  EXPECT_TRUE(hvEqual(entry(u"a", "unit"), arrays::row(u"V").get()));
+}
+
+TEST_F(JsonAdapterMetaData, IsAnErrorInAnIncludedFileForAVariableOfTheIncludingOneOnly) {
+  const std::u16string base = write("base.json", "{\"b\": 1,\n \"$meta\": {\"a\": {\"unit\": \"V\"}}}");
+  const std::u16string source = write("a.json", R"({"$include": "base.json", "a": 1})");
+  adapter_.open(source);
+  EXPECT_EQ(
+      getData(),
+      failure(AdapterDiagnostic::UnrecognizedFormat,
+              u"in the included file \"" + base +
+                  u"\", line 2, column 12: expected the name of a variable of the source, perhaps \"b\", "
+                  u"but found \"a\"",
+              source));
+}
+
+TEST_F(JsonAdapterMetaData, IsAnErrorForANameThatBeginsWithADollarSign) {
+  EXPECT_EQ(read(R"({"gain": 1, "$meta": {"$gain": {"unit": "V"}}})").message,
+            u"line 1, column 23: expected the name of a variable, perhaps \"gain\", but found \"$gain\"");
+  write("base.json", R"({"gain": 1})");
+  EXPECT_EQ(read(R"({"$include": "base.json", "speed": 1, "$meta": {"$gain": {"unit": "V"}}})").message,
+            u"line 1, column 49: expected the name of a variable of the source, perhaps \"gain\", but found "
+            u"\"$gain\"");
 }
 
 TEST_F(JsonAdapterMetaData, IsAnErrorForWhatIsNoVariable) {
@@ -123,8 +149,7 @@ TEST_F(JsonAdapterMetaData, IsAsItWasWhenAnAllocationFails) {
       ASSERT_EQ(state(), before) << "allocation " << number;
       ASSERT_EQ(hvGetLiveArrayCount(), arrays) << "allocation " << number;
     } else if (hasFailed) {
-      inClearArraysInDesiredWS(workspace_);
-      metaData.clear();
+      emptyContainer();
       fillContainer();
     } else {
       break;

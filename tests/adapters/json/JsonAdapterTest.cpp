@@ -70,7 +70,7 @@ TEST_F(JsonAdapterTest, AssignsTheMembersInTheirOrder) {
 
 TEST_F(JsonAdapterTest, ReplacesAllVariablesAndMetadata) {
   fillContainer();
-  ASSERT_EQ(state().metaData, (std::vector<std::u16string>{u"former"}));
+  ASSERT_EQ(state().metaData, (std::vector<std::u16string>{u"a", u"former"}));
   adapter_.open(write("a.json", R"({"gain": 1})"));
   EXPECT_EQ(getData(), noFailure);
   EXPECT_EQ(variable("former"), nullptr);
@@ -186,6 +186,17 @@ TEST_F(JsonAdapterTest, ReadsDespiteTheChecksumIntoAnotherWorkspace) {
   workspace_ = inCreateWorkspace(10);
   EXPECT_EQ(getData(adapter_.getCurrentChecksum()), noFailure);
   EXPECT_NE(variable("gain"), nullptr);
+}
+
+TEST_F(JsonAdapterTest, ReadsDespiteTheChecksumIntoOtherMetadata) {
+  adapter_.open(write("a.json", R"({"gain": 1, "$meta": {"gain": {"unit": "V"}}})"));
+  EXPECT_EQ(getData(), noFailure);
+  container_.impl()->getMetaDataCacheMutable().clear();
+  container_.destroyContainer();
+  container_ = nd::data::adapter::DataContainer::create(model_);
+  container_.setDataCache(workspace_);
+  EXPECT_EQ(getData(adapter_.getCurrentChecksum()), noFailure);
+  EXPECT_EQ(state().metaData, (std::vector<std::u16string>{u"gain"}));
 }
 
 TEST_F(JsonAdapterTest, ReadsAgainIfTheClientHasSeenAnotherChecksum) {

@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "adapters/json/FormatFailure.h"
 #include "platform/host/ArrayComparison.h"
 #include "platform/host/ArrayData.h"
 #include "platform/host/ArrayText.h"
@@ -21,6 +22,7 @@
 #include "platform/host/StructArray.h"
 #include "platform/host/TextArray.h"
 #include "tests/adapters/json/arrays.h"
+#include "tests/adapters/json/hasPlainForm.h"
 #include "tests/adapters/json/losslessForm.h"
 #include "tests/adapters/json/readText.h"
 
@@ -170,6 +172,7 @@ class RandomArrays {
     std::vector<std::string> names{"a", "b", "", "$class", "\xC3\xA4", "\xFF", "\"\\\n"};
     std::shuffle(names.begin(), names.end(), random_);
     names.resize(below(4));
+    if (below(2) == 0) std::erase_if(names, [](const std::string& name) { return name.starts_with('$'); });
     hvArrayPtr array(hvCreateStructArray(dimensions(), names));
     for (std::size_t index = 0; index < hvGetNumberOfElements(array.get()); ++index) {
       for (const std::string& name : names) hvSetField(array.get(), index, name, (*this)(depth));
@@ -184,6 +187,32 @@ std::string formOf(const hvArrayPtr& array) {
   const std::string form = losslessForm(array.get());
   EXPECT_TRUE(readsAs(form, array));
   return form;
+}
+
+/// Values that may be taken for one another when they stand side by side.
+std::vector<hvArrayPtr> neighbours() {
+  using namespace arrays;
+  constexpr std::int64_t great = 9007199254740993;
+  constexpr std::uint64_t greatest = 18446744073709551615U;
+  return list(
+      nothing(), doubles({1, 0}, {}), doubles({2, 0}, {}), scalar(1), scalar(2.5), scalar(-1),
+      int64s({1, 1}, {great}), uint64s({1, 1}, {greatest}), int64s({1, 1}, {1}), doubles({1, 2}, {1, 2}),
+      int64s({1, 2}, {1, great}), doubles({2, 1}, {1, 2}), truth(true), logicals({1, 2}, {true, false}),
+      row(u""), row(u"x"), strings({1, 1}, {u"a"}), strings({1, 2}, {boost::none, u"a"}),
+      strings({1, 1}, {boost::none}), structures(1, {}, {}), structures(2, {}, {}),
+      structures(1, {"a"}, list(scalar(1))), structures(1, {"a", "b"}, list(scalar(1), scalar(2))),
+      structures(1, {"b", "a"}, list(scalar(1), scalar(2))), structures(2, {"a"}, list(scalar(1), row(u"x"))),
+      structures(1, {"$a"}, list(scalar(1))), cells(nothing()), cells(nothing(), nothing()),
+      cells(cells(nothing())), cells(scalar(1), row(u"x")), cells());
+}
+
+/// Tell whether a text reads as an array; what can't be read does not.
+bool reads(const std::string& form, const hvArrayPtr& array) {
+  try {
+    return hvEqual(readValue(form).get(), array.get());
+  } catch (const nd::adapters::json::FormatFailure&) {
+    return false;
+  }
 }
 
 hvArrayPtr cellArray(const hvDims& dimensions, std::vector<hvArrayPtr> cells) {
@@ -228,6 +257,44 @@ TEST(LosslessForm, IsTaggedWhereThePlainOneWouldReadAsSomethingElse) {
             R"({"$class": "cell", "$size": [2, 1], "$data": [1, "x"]})");
   EXPECT_EQ(formOf(arrays::structures(1, {"$a"}, arrays::list(arrays::scalar(1)))),
             R"({"$class": "struct", "$size": [1, 1], "$fields": ["$a"], "$data": [[1]]})");
+}
+
+TEST(LosslessForm, IsPlainExactlyWhereThatReadsAsTheValue) {
+  RandomArrays random(815);
+  std::size_t plain = 0;
+  constexpr std::size_t rounds = 5000;
+  for (std::size_t round = 0; round < rounds; ++round) {
+    const hvArrayPtr array = random();
+    if (hvIsComplex(array.get())) {
+      EXPECT_FALSE(hasPlainForm(array.get()));
+      continue;
+    }
+    const std::string form = plainForm(array.get());
+    ASSERT_EQ(hasPlainForm(array.get()), reads(form, array)) << form << "\n"
+                                                             << hvFormat(array.get(), "value");
+    plain += hasPlainForm(array.get()) ? 1U : 0U;
+  }
+  EXPECT_GT(plain, rounds / 8);
+}
+
+TEST(LosslessForm, OfCellsIsPlainExactlyWhereThatReadsAsCells) {
+  const std::vector<hvArrayPtr> some = neighbours();
+  const auto copy = [&](std::size_t index) { return hvArrayPtr(hvCreateSharedDataCopy(some[index].get())); };
+  const auto check = [](const hvArrayPtr& cells) {
+    const std::string form = plainForm(cells.get());
+    EXPECT_EQ(hasPlainForm(cells.get()), reads(form, cells)) << form;
+    EXPECT_TRUE(reads(losslessForm(cells.get()), cells)) << form;
+  };
+  for (std::size_t one = 0; one < some.size(); ++one) {
+    check(arrays::cells(copy(one)));
+    check(arrays::cells(arrays::cells(copy(one))));
+    for (std::size_t two = 0; two < some.size(); ++two) {
+      check(arrays::cells(copy(one), copy(two)));
+      check(arrays::cells(arrays::cells(copy(one), copy(two)), arrays::cells(copy(two), copy(one))));
+      for (std::size_t three = 0; three < some.size(); three += 3)
+        check(arrays::cells(copy(one), copy(two), copy(three)));
+    }
+  }
 }
 
 TEST(LosslessForm, OfEveryValueReadsAsThatValue) {

@@ -82,7 +82,7 @@ const FaultyMember membersAgainstTheRules[] = {
     {"\"" + std::string(maximumVariableNameLength + 1, 'n') + "\": 1",
      "line 1, column 2: expected a variable's name of at most"},
     {"\"a\": " + std::string(maximumDepth, '[') + std::string(maximumDepth, ']'),
-     "line 1, column 262: expected at most 256 levels"}};
+     "line 1, column 2054: expected at most 2048 levels"}};
 
 /// Members that the parser refuses before it looks at any value.
 const FaultyMember illFormedMembers[] = {{"\"z\": \"\xFF\"", "line 1, column 8: expected well-formed UTF-8"},

@@ -125,10 +125,14 @@ TEST(ReaderNumbers, RefusesNegativeIntegersBesideThoseBeyondInt64WhateverTheirOr
 
 TEST(ReaderNumbers, RefusesSuchNumbersInArraysOfOneShapeToo) {
   const std::string words =
-      ": expected a number that one class holds exactly together with those before it, "
-      "but found '['";
-  EXPECT_EQ(failureOf(R"({"a": [[1.5, 2], [3, 9007199254740993]]})"), "line 1, column 18" + words);
-  EXPECT_EQ(failureOf(R"({"a": [[9007199254740993, 2], [3.0, 4]]})"), "line 1, column 31" + words);
+      ": expected a number that one class holds exactly together with those before it, but found ";
+  EXPECT_EQ(failureOf(R"({"a": [[1.5, 2], [3, 9007199254740993]]})"),
+            "line 1, column 22" + words + "9007199254740993");
+  EXPECT_EQ(failureOf(R"({"a": [[9007199254740993, 2], [3.0, 4]]})"), "line 1, column 32" + words + "3.0");
+  EXPECT_EQ(failureOf(R"({"a": [[[1, -1]], [[2, 3]], [[4, 18446744073709551615]]]})"),
+            "line 1, column 34" + words + "18446744073709551615");
+  EXPECT_EQ(failureOf(R"({"a": [[18446744073709551615, 1], [9007199254740993, -0]]})"),
+            "line 1, column 54" + words + "-0");
 }
 
 TEST(ReaderNumbers, ReadsAPartOfCellsAsItWouldBeReadAlone) {

@@ -61,6 +61,22 @@ TEST(ReaderStructures, ReadsUnlikeObjectsAsCells) {
       cells(structures(1, {"a", "b"}, list(scalar(1), scalar(2))),
             structures(1, {"a", "b"}, list(scalar(3), scalar(4))), structures(1, {"a"}, list(scalar(5))),
             structures(1, {"b", "a"}, list(scalar(7), scalar(6))))));
+  EXPECT_TRUE(readsAs(R"([{"a": 1, "b": 2}, {"b": 3, "a": 4}, {"a": 5, "b": 6}, {"b": 7, "a": 8}, "x"])",
+                      cells(structures(1, {"a", "b"}, list(scalar(1), scalar(2))),
+                            structures(1, {"b", "a"}, list(scalar(3), scalar(4))),
+                            structures(1, {"a", "b"}, list(scalar(5), scalar(6))),
+                            structures(1, {"b", "a"}, list(scalar(7), scalar(8))), row(u"x"))));
+}
+
+TEST(ReaderStructures, LosesNothingBesideObjectsWithoutMembers) {
+  const auto empty = [] { return structures(1, {}, {}); };
+  const auto one = [] { return structures(1, {"a"}, list(scalar(1))); };
+  EXPECT_TRUE(readsAs(R"([{}, {"a": 1}])", cells(empty(), one())));
+  EXPECT_TRUE(readsAs(R"([{"a": 1}, {}])", cells(one(), empty())));
+  EXPECT_TRUE(readsAs(R"([{}, {}, {"a": 1}])", cells(empty(), empty(), one())));
+  EXPECT_TRUE(readsAs(R"({"p": [{}, {"q": "lost"}]})",
+                      structures(1, {"p"}, list(cells(empty(), structures(1, {"q"}, list(row(u"lost"))))))));
+  EXPECT_TRUE(readsAs(R"([[{}, {"a": 1}], [{}, {}]])", cells(cells(empty(), one()), structures(2, {}, {}))));
 }
 
 TEST(ReaderStructures, ReadsObjectsAmongOtherValuesAsCells) {

@@ -28,6 +28,15 @@ TEST(TaggedValueFailures, NameTheNearestKnownMember) {
             at(10, R"(a member such as "$imaginary", but found "$imaginery")"));
 }
 
+TEST(TaggedValueFailures, SayWhereAMemberBelongsThatIsKnownElsewhere) {
+  EXPECT_EQ(failureOfValue(R"({"$include": "b.json"})"),
+            at(2, R"("$include" only at the beginning of the file, but found it here)"));
+  EXPECT_EQ(failureOfValue(R"({"$class": "int8", "$meta": {}})"),
+            at(20, R"("$meta" only at the top of the file, but found it here)"));
+  EXPECT_EQ(failureOfValue(R"({"a": 1, "$meta": {}})"),
+            at(10, R"("$meta" only at the top of the file, but found it here)"));
+}
+
 TEST(TaggedValueFailures, WantTheClassFirst) {
   EXPECT_EQ(failureOfValue(R"({"$size": [1, 1], "$class": "int8"})"),
             at(2, R"("$class" ahead of the other members of a tagged value, but found "$size")"));
@@ -129,6 +138,11 @@ TEST(TaggedValueFailures, NameElementsOfAnotherKind) {
   EXPECT_EQ(of("char", "[65536]"), "line 2, column 11: expected an integer from 0 to 65535, but found 65536");
   EXPECT_EQ(of("string", "[1]"),
             "line 2, column 11: expected a string, null, or an array of UTF-16 units, but found '1'");
+  const std::string value =
+      "expected a value (an object, an array, a string, a number, true, false or null) or ']', but found "
+      "'nul'";
+  EXPECT_EQ(of("cell", "[nul]"), "line 2, column 11: " + value);
+  EXPECT_EQ(of("struct", "[[nul]]"), "line 2, column 12: " + value);
   EXPECT_EQ(of("struct", "[{}]"),
             "line 2, column 11: expected an array with the values of an element's fields, but found '{'");
 }
@@ -151,6 +165,10 @@ TEST(TaggedValueFailures, NameFieldsThatDoNotFit) {
             at(49, "as many values as there are fields, 1, but found 2"));
   EXPECT_EQ(failureOfValue(begin + R"("$data": [[1], [1, 2]], "$fields": ["a"]})"),
             at(54, "as many values as there are fields, 1, but found 2"));
+  EXPECT_EQ(failureOfValue(begin + R"("$data": [[1], [1, 2]], "$fields": ["a", "b"]})"),
+            at(49, "as many values as there are fields, 2, but found 1"));
+  EXPECT_EQ(failureOfValue(begin + R"("$data": [[1], [1, 2]]})"),
+            at(61, R"("$fields" in the tagged value, but found '}')"));
 }
 
 TEST(TaggedValueFailures, LeaveNoArrayBehind) {
@@ -164,7 +182,9 @@ TEST(TaggedValueFailures, LeaveNoArrayBehind) {
 
 TEST(TaggedValueFailures, AreToldApartFromDollarNamesAtTheTop) {
   EXPECT_EQ(failureOf(R"({"$class": "int8"})"),
-            "line 1, column 2: expected a member such as \"$include\", but found \"$class\"");
+            "line 1, column 2: expected \"$class\" only in a tagged value, but found it here");
+  EXPECT_EQ(failureOf(R"({"$clas": "int8"})"),
+            "line 1, column 2: expected a member such as \"$meta\", but found \"$clas\"");
   EXPECT_EQ(failureOf(R"({"a": 1, "$includes": "b.json"})"),
             "line 1, column 10: expected a member such as \"$include\", but found \"$includes\"");
   EXPECT_EQ(failureOf(R"({"a": 1, "$include": "b.json"})"),

@@ -196,7 +196,7 @@ TEST(FindFault, RefusesOneLevelMore) {
   const auto fault = findFault(nested(maximumDepth + 1));
   ASSERT_TRUE(fault);
   EXPECT_EQ(fault->offset, 5 + maximumDepth - 1);
-  EXPECT_STREQ(fault->message.what(), "expected at most 256 levels of objects and arrays, but found '['");
+  EXPECT_STREQ(fault->message.what(), "expected at most 2048 levels of objects and arrays, but found '['");
 }
 
 TEST(FindFault, CountsLevelsAndNotContainers) {

@@ -11,6 +11,8 @@
 #include "adapters/json/PaddedText.h"
 #include "adapters/json/Reader.h"
 #include "platform/host/ArrayComparison.h"
+#include "tests/adapters/json/leaves.h"
+#include "tests/adapters/json/losslessForm.h"
 
 using nd::adapters::json::Document;
 using nd::adapters::json::ExactReader;
@@ -54,16 +56,34 @@ bool areEqual(const std::vector<Variable>& left, const std::vector<Variable>& ri
 }
 
 bool areEqual(const Document& left, const Document& right) {
-  return areEqual(left.variables, right.variables) &&
+  return areEqual(left.variables, right.variables) && left.metaDataOffsets == right.metaDataOffsets &&
          std::equal(left.metaData.begin(), left.metaData.end(), right.metaData.begin(), right.metaData.end(),
                     [](const VariableMetaData& one, const VariableMetaData& other) {
-                      return one.variable == other.variable && one.offset == other.offset &&
-                             areEqual(one.entries, other.entries);
+                      return one.variable == other.variable && areEqual(one.entries, other.entries);
                     });
 }
 
 std::string describe(const Outcome& outcome) {
   return outcome.document ? "it was read" : outcome.failure;
+}
+
+bool hasDollarNames(std::string_view text) {
+  return text.find('$') != std::string_view::npos || text.find("\\u0024") != std::string_view::npos;
+}
+
+/// What of a text is not what was read of it: nothing may be lost, and each value has a form that reads as
+/// the value.
+std::string lossOf(const Document& document, std::string_view text) {
+  if (!hasDollarNames(text) && leavesOf(document.variables) != leavesOf(text))
+    return "what was read has other leaves than the text";
+  for (const Variable& variable : document.variables) {
+    const std::string form = losslessForm(variable.value.get());
+    const Outcome again = readQuickly(PaddedText("{\"v\": " + form + "}"));
+    if (!again.document) return again.failure + " in the form " + form;
+    if (!hvEqual(again.document->variables.at(0).value.get(), variable.value.get()))
+      return "another value has the form " + form;
+  }
+  return {};
 }
 
 std::string compare(const PaddedText& content) {
@@ -73,7 +93,7 @@ std::string compare(const PaddedText& content) {
   if (quick.failure.find("the parser gives up") != std::string::npos) return quick.failure;
   if (quick.document && !areEqual(*quick.document, *exact.document)) return "other values were read";
   if (!quick.document && !quick.failure.starts_with("line ")) return "no place: " + quick.failure;
-  return {};
+  return quick.document ? lossOf(*quick.document, content.text()) : std::string();
 }
 
 }  // namespace

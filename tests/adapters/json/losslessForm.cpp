@@ -10,20 +10,15 @@
 #include <functional>
 #include <type_traits>
 
-#include <boost/optional.hpp>
-
-#include "adapters/json/FormatFailure.h"
-#include "platform/host/ArrayComparison.h"
 #include "platform/host/ArrayData.h"
 #include "platform/host/CellArray.h"
 #include "platform/host/StructArray.h"
 #include "platform/host/TextArray.h"
 #include "platform/text/Convert.h"
-#include "tests/adapters/json/readText.h"
+#include "tests/adapters/json/hasPlainForm.h"
 
 namespace {
 
-using Form = boost::optional<std::string>;
 using FormOf = std::function<std::string(std::size_t index)>;
 
 std::string quoted(const std::string& utf8) {
@@ -150,8 +145,9 @@ std::string structure(const hvArray* array, std::size_t index) {
   return text + "}";
 }
 
-/// What might be the plain form.
-Form plainForm(const hvArray* array) {
+}  // namespace
+
+std::string plainForm(const hvArray* array) {
   const hvDims dimensions = hvGetDimensions(array);
   switch (hvGetClassCode(array)) {
     case hvClassCode::Logical:
@@ -171,26 +167,18 @@ Form plainForm(const hvArray* array) {
       return hvIsScalar(array) ? list(1, element) : nested(dimensions, element);
     }
     case hvClassCode::Structure:
-      if (hvGetNumberOfElements(array) == 0) return boost::none;
       return nested(dimensions, [&](std::size_t index) { return structure(array, index); });
     default:
       break;
   }
-  if (hvIsComplex(array)) return boost::none;
-  if (dimensions == hvDims{0, 0}) return std::string("null");
+  if (dimensions == hvDims{0, 0}) return "null";
   return withNumbers(array, [&](auto zero) {
     const auto* const data = hvGetData<decltype(zero)>(array);
     return nested(dimensions, [&](std::size_t index) { return number(data[index]); });
   });
 }
 
-bool readsBack(const std::string& form, const hvArray* array) {
-  try {
-    return hvEqual(readValue(form).get(), array);
-  } catch (const nd::adapters::json::FormatFailure&) {
-    return false;
-  }
-}
+namespace {
 
 std::string data(const hvArray* array) {
   const std::size_t count = hvGetNumberOfElements(array);
@@ -235,6 +223,5 @@ std::string taggedForm(const hvArray* array) {
 
 std::string losslessForm(const hvArray* array) {
   if (array == nullptr) return "null";
-  const Form plain = plainForm(array);
-  return plain && readsBack(*plain, array) ? *plain : taggedForm(array);
+  return hasPlainForm(array) ? plainForm(array) : taggedForm(array);
 }
