@@ -41,8 +41,8 @@ class ContinuousIntegration(unittest.TestCase):
         place.write_text(f'#!{shutil.which("bash")}\necho "{place.name} $*" >> "$CALLS"\n{body}\n', encoding="utf-8")
         place.chmod(0o755)
 
-    def run_script(self):
-        environment = {**os.environ, "PATH": f"{self.bin}:{os.environ['PATH']}", "CALLS": str(self.calls)}
+    def run_script(self, path=os.environ["PATH"]):
+        environment = {**os.environ, "PATH": f"{self.bin}:{path}", "CALLS": str(self.calls)}
         return subprocess.run(["bash", self.root / ".ci/run"], capture_output=True, text=True, check=False, cwd="/",
                               stdin=subprocess.DEVNULL, env=environment)
 
@@ -72,7 +72,30 @@ class ContinuousIntegration(unittest.TestCase):
         fuzzing = [call for call in calls if call.startswith("fuzz_json ")]
         self.assertEqual(1, len(fuzzing))
         self.assertIn(" -max_total_time=60 ", fuzzing[0])
-        self.assertTrue(fuzzing[0].endswith(" tests/adapters/json/corpus/good tests/adapters/json/corpus/bad"))
+        corpus = "tests/adapters/json/corpus"
+        self.assertTrue(fuzzing[0].endswith(f" {corpus}/good {corpus}/bad {corpus}/found"), fuzzing[0])
+
+    def assert_fuzzes_nothing(self, result):
+        self.assertEqual(0, result.returncode, result.stdout + result.stderr)
+        self.assertIn("There is no clang++ here that links its fuzzer: nothing is fuzzed.", result.stdout)
+        self.assertIn("== fuzzing: ok", result.stdout)
+        calls = self.calls.read_text(encoding="utf-8")
+        self.assertNotIn("fuzz_json", calls)
+        self.assertNotIn("--preset fuzz", calls)
+
+    def test_fuzzes_nothing_without_clang(self):
+        (self.bin / "clang++").unlink()
+        others = self.bin.parent / "others"
+        others.mkdir()
+        for folder in os.environ["PATH"].split(os.pathsep):
+            for program in Path(folder).glob("*"):
+                if not program.name.startswith("clang++") and not (others / program.name).is_symlink():
+                    (others / program.name).symlink_to(program)
+        self.assert_fuzzes_nothing(self.run_script(path=str(others)))
+
+    def test_fuzzes_nothing_with_a_clang_that_cannot_link_its_fuzzer(self):
+        self.stand_in(self.bin / "clang++", "exit 1")
+        self.assert_fuzzes_nothing(self.run_script())
 
     def test_what_the_fuzzer_finds_fails_its_step(self):
         self.stand_in("build/fuzz/tests/adapters/json/fuzz_json", "exit 77")

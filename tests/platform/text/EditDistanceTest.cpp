@@ -1,6 +1,6 @@
-#include "platform/text/EditDistance.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/text/EditDistance.h"
 
 using lx::text::editDistance;
 
