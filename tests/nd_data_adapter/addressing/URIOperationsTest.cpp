@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <system_error>
+#include <type_traits>
 #include <utility>
 
 #include "nd_data_adapter/model/URIOperations.h"
@@ -62,6 +63,16 @@ TEST(URIOperationsClass, HasNoPropertiesAndOnlyStaticOperationsOnAURI) {
     EXPECT_EQ(toUtf8(arguments.front().getName()), "uri");
     EXPECT_EQ(toUtf8(arguments.front().getType().getQualifiedName()), "lx.base.String");
   }
+}
+
+TEST(URIOperationsClass, HasSixOperationsThatNeedNoElement) {
+  using Text = std::u16string;
+  EXPECT_TRUE((std::is_same_v<decltype(&URIOperations::exists), bool (*)(const Text&)>));
+  EXPECT_TRUE((std::is_same_v<decltype(&URIOperations::isReadable), bool (*)(const Text&)>));
+  EXPECT_TRUE((std::is_same_v<decltype(&URIOperations::removeTag), Text (*)(const Text&)>));
+  EXPECT_TRUE((std::is_same_v<decltype(&URIOperations::getFileNameWithExtension), Text (*)(const Text&)>));
+  EXPECT_TRUE((std::is_same_v<decltype(&URIOperations::getExtension), Text (*)(const Text&)>));
+  EXPECT_TRUE((std::is_same_v<decltype(&URIOperations::removeValueOverrideSrcTag), Text (*)(const Text&)>));
 }
 
 // removeValueOverrideSrcTag
@@ -288,6 +299,24 @@ TEST_F(OnARealFolder, WhatIsNotThereNeitherExistsNorIsReadable) {
   }
   EXPECT_FALSE(URIOperations::exists(u""));
   EXPECT_FALSE(URIOperations::isReadable(u"#KIND"));
+}
+
+TEST_F(OnARealFolder, LinksThatGoInACircleNeitherExistNorAreReadable) {
+  std::filesystem::create_symlink(toUtf8(at("there.test")), toUtf8(at("back.test")));
+  std::filesystem::create_symlink(toUtf8(at("back.test")), toUtf8(at("there.test")));
+  for (const char* name : {"back.test", "back.test#KIND", "back.test#KIND&VALUESRC", "there.test"}) {
+    EXPECT_FALSE(URIOperations::exists(at(name))) << name;
+    EXPECT_FALSE(URIOperations::isReadable(at(name))) << name;
+  }
+}
+
+TEST_F(OnARealFolder, LinksAreFollowed) {
+  std::filesystem::create_symlink(toUtf8(at("a.test")), toUtf8(at("link.test")));
+  std::filesystem::create_symlink(toUtf8(at("nowhere.test")), toUtf8(at("broken.test")));
+  EXPECT_TRUE(URIOperations::exists(at("link.test#KIND")));
+  EXPECT_TRUE(URIOperations::isReadable(at("link.test#KIND")));
+  EXPECT_FALSE(URIOperations::exists(at("broken.test#KIND")));
+  EXPECT_FALSE(URIOperations::isReadable(at("broken.test#KIND")));
 }
 
 TEST_F(OnARealFolder, AFileWhoseNameHoldsTheTagSignIsNotFound) {
