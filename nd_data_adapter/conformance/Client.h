@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -8,6 +7,8 @@
 #include <vector>
 
 #include "nd_data_adapter/broker/CPPAdapterV2.h"
+#include "nd_data_adapter/conformance/Contents.h"
+#include "nd_data_adapter/conformance/NamedCalls.h"
 #include "nd_data_adapter/conformance/Subject.h"
 #include "nd_data_adapter/model/AdapterDiagnostic.h"
 #include "nd_data_adapter/model/AdapterError.h"
@@ -19,63 +20,8 @@
 #include "platform/foundation/Model.h"
 #include "platform/host/Workspace.h"
 #include "platform/host/hv.h"
-#include "platform/text/Convert.h"
 
 namespace nd::conformance {
-
-/// What a client holds: a copy, so that it can be compared later.
-class Contents {
- public:
-  Contents() = default;
-  explicit Contents(const data::adapter::DataContainer& container)
-      : metaData_(container.metaDataCache().keys()),
-        entries_(container.metaDataCache().begin(), container.metaDataCache().end()) {
-    WorkSpaceIterator walk(container.dataCache(), false, false, true);
-    const hvArray* value = nullptr;
-    std::string name;
-    while (walk.get_next_variable(value, name)) {
-      variables_.push_back({name, hvArrayPtr(hvCreateSharedDataCopy(value))});
-    }
-  }
-
-  bool hasVariables() const noexcept { return !variables_.empty(); }
-
-  /// Tell whether the same variables stand in the same order, with the same values if these count too, and
-  /// the same names of metadata.
-  bool equals(const Contents& other, bool withValues = true) const {
-    if (variables_.size() != other.variables_.size() || metaData_ != other.metaData_) return false;
-    for (std::size_t at = 0; at < variables_.size(); ++at) {
-      if (variables_[at].name != other.variables_[at].name) return false;
-      if (withValues && !hvEqual(variables_[at].value.get(), other.variables_[at].value.get())) return false;
-    }
-    return true;
-  }
-
-  /// Tell whether nothing was touched: the same variables with the same values, and the very same metadata.
-  bool isStill(const Contents& before) const { return equals(before) && entries_ == before.entries_; }
-
-  /// Describe all for a finding, cut where it gets long.
-  std::string describe() const {
-    std::string text;
-    for (const Variable& variable : variables_) {
-      text += (text.empty() ? "" : ", ") + variable.name + " = " + hvPreview(variable.value.get(), 40);
-    }
-    for (const std::u16string& name : metaData_) text += " (metadata '" + lx::text::toUtf8(name) + "')";
-    constexpr std::size_t most = 400;
-    if (text.size() > most) text = text.substr(0, most) + " …";
-    return text.empty() ? "nothing" : text;
-  }
-
- private:
-  struct Variable {
-    std::string name;
-    hvArrayPtr value;
-  };
-
-  std::vector<Variable> variables_;
-  std::vector<std::u16string> metaData_;
-  std::vector<data::adapter::MetaDataEntry> entries_;
-};
 
 /// What an operation stated in its error.
 struct Statement {
@@ -90,7 +36,10 @@ struct Statement {
 /// A client with a workspace and metadata, who calls an adapter as the broker does.
 class Client {
  public:
-  Client() { container_.setDataCache(inCreateWorkspace(16)); }
+  Client() {
+    container_.setDataCache(inCreateWorkspace(16));
+    container_.setConditionalCache(inCreateWorkspace(16));
+  }
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
   ~Client() = default;
@@ -110,13 +59,13 @@ class Client {
   /// Read with an empty pointer for the workspace.
   Statement readNowhere(CPPAdapterV2& adapter) { return read(adapter, nullptr, {}); }
 
-  /// Ask for a write with nothing to write, and with empty pointers.
-  Statement writeNothing(CPPAdapterV2& adapter) {
-    data::adapter::AdapterError error = clearError();
-    adapter.writeData(nullptr, nullptr, container_.getMetaDataCacheMutable(),
-                      data::adapter::ChangeReport::create(model_), error);
-    return statementOf(error);
+  /// Ask for a write of all that the client holds.
+  Statement write(CPPAdapterV2& adapter) {
+    return write(adapter, container_.dataCache(), container_.conditionalCache());
   }
+
+  /// Ask for a write with empty pointers for the workspaces.
+  Statement writeNothing(CPPAdapterV2& adapter) { return write(adapter, nullptr, nullptr); }
 
   /// Ask for conditional data with nothing changed, and with an empty pointer.
   Statement getConditionalDataNowhere(CPPAdapterV2& adapter) {
@@ -148,6 +97,14 @@ class Client {
     return statementOf(error);
   }
 
+  Statement write(CPPAdapterV2& adapter, const CPPAdapterV2::Workspace& workspace,
+                  const CPPAdapterV2::Workspace& conditional) {
+    data::adapter::AdapterError error = clearError();
+    adapter.writeData(workspace, conditional, container_.getMetaDataCacheMutable(),
+                      data::adapter::ChangeReport::create(model_), error);
+    return statementOf(error);
+  }
+
   lx::base::Model model_ = lx::base::Model::create();
   data::adapter::DataContainer container_ = data::adapter::DataContainer::create(model_);
 };
@@ -159,9 +116,21 @@ inline std::unique_ptr<CPPAdapterV2> cloneOf(CPPAdapterV2& prototype) {
   return clone;
 }
 
+/// Make an adapter as it would be registered. It names the calls that throw.
+inline std::shared_ptr<CPPAdapterV2> newPrototype(Subject& subject) {
+  return std::make_shared<NamedCalls>(subject.makeAdapter());
+}
+
 /// Make an adapter as the broker does for an opening. Its prototype is gone, as after an unregistration.
 inline std::unique_ptr<CPPAdapterV2> newAdapter(Subject& subject) {
-  return cloneOf(*subject.makeAdapter());
+  return cloneOf(*newPrototype(subject));
+}
+
+/// List what can be read: one source, or two.
+inline std::vector<std::u16string> goodSources(Subject& subject) {
+  std::vector<std::u16string> sources = {subject.goodSource()};
+  if (subject.hasOtherGoodSource()) sources.push_back(subject.otherGoodSource());
+  return sources;
 }
 
 /// List what can't be read: the bad sources, then the absent ones.
@@ -171,6 +140,13 @@ inline std::vector<std::u16string> failingSources(Subject& subject) {
   if (subject.meetsAbsentSources()) {
     for (std::u16string& source : subject.absentSources()) sources.push_back(std::move(source));
   }
+  return sources;
+}
+
+/// List what can't be read, and then what can.
+inline std::vector<std::u16string> allSources(Subject& subject) {
+  std::vector<std::u16string> sources = failingSources(subject);
+  for (std::u16string& source : goodSources(subject)) sources.push_back(std::move(source));
   return sources;
 }
 

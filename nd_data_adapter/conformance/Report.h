@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <ostream>
+#include <source_location>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -13,8 +16,12 @@ namespace nd::conformance {
 class Report {
  public:
   /// Note what was found unless the promise holds. Gives whether it holds.
-  bool expect(bool holds, std::string finding) {
-    if (!holds) findings_.push_back(std::move(finding));
+  bool expect(bool holds, std::string finding,
+              const std::source_location& where = std::source_location::current()) {
+    if (!holds) {
+      findings_.push_back(std::move(finding));
+      places_.push_back(where);
+    }
     return holds;
   }
 
@@ -23,22 +30,33 @@ class Report {
 
   const std::vector<std::string>& findings() const noexcept { return findings_; }
 
+  /// Give for each finding where its expectation stands.
+  const std::vector<std::source_location>& places() const noexcept { return places_; }
+
   /// Give why nothing was asked; empty if something was.
   const std::string& skipped() const noexcept { return skipped_; }
 
   friend std::ostream& operator<<(std::ostream& stream, const Report& report) {
-    for (const std::string& finding : report.findings_) stream << "  - " << finding << '\n';
+    for (std::size_t at = 0; at < report.findings_.size(); ++at) {
+      const std::source_location& place = report.places_[at];
+      const std::string_view file = place.file_name();
+      stream << "  - " << report.findings_[at] << " [" << file.substr(file.rfind('/') + 1) << ':'
+             << place.line() << "]\n";
+    }
     return stream;
   }
 
  private:
   std::vector<std::string> findings_;
+  std::vector<std::source_location> places_;
   std::string skipped_;
 };
 
-/// Show a source, a name or a message within a finding.
+/// Show a source, a name or a message within a finding, cut where it gets long.
 inline std::string inQuotes(const std::u16string& text) {
-  return "'" + lx::text::toUtf8(text) + "'";
+  constexpr std::size_t most = 400;
+  if (text.size() <= most) return "'" + lx::text::toUtf8(text) + "'";
+  return "'" + lx::text::toUtf8(text.substr(0, 40)) + " …' of " + std::to_string(text.size()) + " characters";
 }
 
 }  // namespace nd::conformance

@@ -3,20 +3,31 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
+#include "nd_data_adapter/conformance/Answers.h"
 #include "nd_data_adapter/conformance/Client.h"
 #include "nd_data_adapter/conformance/Report.h"
 #include "nd_data_adapter/conformance/Subject.h"
 #include "nd_data_adapter/model/AdapterDiagnostic.h"
 #include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/AdapterManagerV2.h"
+#include "nd_data_adapter/model/AdapterRegistryV2.h"
 
 /// The road of one read, as a tool goes it.
 namespace nd::conformance::checks {
 
-/// Registers an adapter for the time of a scope, unless one of its name is registered already.
+/// Tells whether the adapter that is registered under a name is of the same class as another one.
+inline bool isRegistered(const std::u16string& name, const CPPAdapterV2& like) {
+  const std::shared_ptr<CPPAdapterV2> found =
+      data::adapter::AdapterRegistryV2::getInstance().getNewCPPAdapter(name);
+  const CPPAdapterV2* const adapter = found.get();
+  return adapter != nullptr && typeid(*adapter) == typeid(like);
+}
+
+/// Registers an adapter for the time of a scope, unless its name is taken.
 class Registration {
  public:
   explicit Registration(const std::shared_ptr<CPPAdapterV2>& adapter)
@@ -24,6 +35,7 @@ class Registration {
         isOurs_(data::adapter::AdapterManagerV2::registerCPPAdapter(adapter)) {}
   Registration(const Registration&) = delete;
   Registration& operator=(const Registration&) = delete;
+  bool isOurs() const noexcept { return isOurs_; }
   ~Registration() {
     if (isOurs_) data::adapter::AdapterManagerV2::unregisterAdapterByName(name_);
   }
@@ -53,10 +65,15 @@ inline void servesTheBroker(Subject& subject, Report& report) {
   using Broker = data::adapter::AdapterManagerV2;
   using data::adapter::AdapterDiagnostic;
   const std::u16string source = subject.goodSource();
-  const std::shared_ptr<CPPAdapterV2> prototype = subject.makeAdapter();
+  const std::shared_ptr<CPPAdapterV2> prototype = newPrototype(subject);
   const std::u16string name = prototype->getAdapterName();
   const std::u16string section = prototype->getSectionName();
   const Registration registration(prototype);
+  if (!report.expect(registration.isOurs() || isRegistered(name, *subject.makeAdapter()),
+                     "the broker doesn't register the adapter: its name " + inQuotes(name) +
+                         " is that of another one")) {
+    return;
+  }
 
   const std::vector<std::u16string> names = Broker::getAllRegisteredAdapterNames();
   report.expect(std::find(names.begin(), names.end(), name) != names.end(),
@@ -71,7 +88,10 @@ inline void servesTheBroker(Subject& subject, Report& report) {
       Broker::getData(source, section, client.container(), {}, client.model());
   report.expect(error.getId() == AdapterDiagnostic::NoDiagnostic,
                 "the broker can't read the good source: " + inQuotes(error.errorMessage()));
-  report.expect(client.contents().hasVariables(), "the broker gets no variable from the good source");
+  const Contents held = client.contents();
+  const Contents wanted = Answers::of(*newAdapter(subject), source).contents;
+  report.expect(held.equals(wanted, subject.answersFromSourceAlone()),
+                "the broker gets " + held.describe() + " from the good source and not " + wanted.describe());
   Broker::getChecksum(source, section);
   Broker::getExternalSources(source, section);
 

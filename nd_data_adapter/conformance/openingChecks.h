@@ -10,6 +10,7 @@
 #include "nd_data_adapter/conformance/Client.h"
 #include "nd_data_adapter/conformance/Report.h"
 #include "nd_data_adapter/conformance/Subject.h"
+#include "nd_data_adapter/conformance/statements.h"
 
 /// Questions, and how adapters are opened and closed.
 namespace nd::conformance::checks {
@@ -28,13 +29,11 @@ inline std::vector<bool> askAbout(CPPAdapterV2& adapter, const std::vector<std::
 
 inline void answersQuestionsWithoutSideEffects(Subject& subject, Report& report) {
   const std::u16string good = subject.goodSource();
-  std::vector<std::u16string> sources = failingSources(subject);
-  sources.push_back(good);
-  sources.push_back(subject.otherGoodSource());
+  const std::vector<std::u16string> sources = allSources(subject);
   const std::string before = subject.surroundings();
   const Answers undisturbed = Answers::of(*newAdapter(subject), good);
 
-  const std::shared_ptr<CPPAdapterV2> prototype = subject.makeAdapter();
+  const std::shared_ptr<CPPAdapterV2> prototype = newPrototype(subject);
   const std::vector<bool> first = askAbout(*prototype, sources);
   report.expect(askAbout(*prototype, sources) == first,
                 "the same questions about the same sources get other answers the second time");
@@ -48,12 +47,27 @@ inline void answersQuestionsWithoutSideEffects(Subject& subject, Report& report)
   askAbout(*adapter, sources);
   expectSameAnswers(Answers::of(*adapter), undisturbed, subject, report,
                     "An open adapter that was asked about other sources");
-  report.expect(subject.surroundings() == before, "asking and reading changed what is around: it was\n" +
-                                                      before + "and is\n" + subject.surroundings());
+  const auto expectNoTrace = [&](const std::string& what) {
+    const std::string after = subject.surroundings();
+    report.expect(after == before, what + " changed what is around: it was\n" + before + "and is\n" + after);
+  };
+  expectNoTrace("asking about sources and reading the good one");
+  for (const std::u16string& source : sources) {
+    const std::unique_ptr<CPPAdapterV2> reader = cloneOf(*prototype);
+    reader->open(source);
+    expectNoTrace("open of " + inQuotes(source));
+    Answers::of(*reader);
+    Client().readNowhere(*reader);
+    expectNoTrace("reading " + inQuotes(source));
+    reader->close();
+    expectNoTrace("close of " + inQuotes(source));
+    cloneOf(*prototype)->open(source);
+    expectNoTrace("an adapter that was dropped with " + inQuotes(source) + " open");
+  }
 }
 
 inline void tellsGoodSourcesFromAbsentOnes(Subject& subject, Report& report) {
-  for (const std::u16string& source : {subject.goodSource(), subject.otherGoodSource()}) {
+  for (const std::u16string& source : goodSources(subject)) {
     const std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
     report.expect(adapter->isSourceValid(source),
                   "isSourceValid is false for the good source " + inQuotes(source));
@@ -73,46 +87,70 @@ inline void tellsGoodSourcesFromAbsentOnes(Subject& subject, Report& report) {
     const std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
     report.expect(!adapter->isSourceValid(source),
                   "isSourceValid is true for the absent source " + inQuotes(source));
-    report.expect(!adapter->open(source), "open is true for the absent source " + inQuotes(source));
+    const bool isFound = adapter->open(source);
+    report.expect(!isFound || !subject.findsAbsentSourcesAtOpen(),
+                  "open is true for the absent source " + inQuotes(source));
     report.expect(!adapter->hasData(), "hasData is true for the absent source " + inQuotes(source));
+  }
+}
+
+/// Expects of an adapter without open source that it has no data and says so, whatever the client has seen.
+inline void expectNothingIsOpen(CPPAdapterV2& adapter, const std::u16string& seen, Report& report,
+                                const std::string& story) {
+  report.expect(!adapter.hasData(), story + ": hasData is true, and nothing is open");
+  for (const std::u16string& prevChecksum : {std::u16string(), seen}) {
+    Client client;
+    client.holdSomething();
+    const Contents held = client.contents();
+    const Statement statement = client.read(adapter, prevChecksum);
+    expectStatedError(statement, adapter, report, story + ": getData with nothing open");
+    expectStill(client, held, report, story + ": getData with nothing open");
   }
 }
 
 inline void opensAndClosesInAnyOrder(Subject& subject, Report& report) {
   using Adapter = CPPAdapterV2&;
   const std::u16string good = subject.goodSource();
-  const std::u16string other = subject.otherGoodSource();
+  const std::u16string other = goodSources(subject).back();
   const std::vector<std::u16string> failing = failingSources(subject);
   const Answers ofGood = Answers::of(*newAdapter(subject), good);
-  const Answers ofNothing = Answers::of(*newAdapter(subject));
 
-  const std::vector<std::pair<std::string, std::function<void(Adapter)>>> beforeOpen = {
-      {"close", [](Adapter adapter) { adapter.close(); }},
-      {"open", [&](Adapter adapter) { adapter.open(good); }},
-      {"open of another source", [&](Adapter adapter) { adapter.open(other); }},
-      {"open and getData of another source", [&](Adapter adapter) { Answers::of(adapter, other); }},
-      {"open, close",
+  const std::vector<std::pair<std::string, std::function<void(Adapter)>>> stories = {
+      {"Without a call", [](Adapter) {}},
+      {"After close", [](Adapter adapter) { adapter.close(); }},
+      {"After open", [&](Adapter adapter) { adapter.open(good); }},
+      {"After open of another source", [&](Adapter adapter) { adapter.open(other); }},
+      {"After open and getData of another source", [&](Adapter adapter) { Answers::of(adapter, other); }},
+      {"After open, close",
        [&](Adapter adapter) {
          adapter.open(good);
          adapter.close();
        }},
-      {"open of another source, close, close",
+      {"After open of another source, close, close",
        [&](Adapter adapter) {
          adapter.open(other);
          adapter.close();
          adapter.close();
        }},
-      {"open and getData of sources that can't be read", [&](Adapter adapter) {
+      {"After open and getData of sources that can't be read", [&](Adapter adapter) {
          for (const std::u16string& source : failing) Answers::of(adapter, source);
        }}};
-  for (const auto& [story, act] : beforeOpen) {
+  for (const auto& [story, act] : stories) {
     const std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
+    const auto close = [&](const std::string& then) {
+      adapter->close();
+      if (subject.hasDataOnlyWhileOpen())
+        expectNothingIsOpen(*adapter, ofGood.checksum, report, story + then);
+    };
     act(*adapter);
-    report.expect(adapter->open(good), "After " + story + ": open is false for a good source");
-    expectSameAnswers(Answers::of(*adapter), ofGood, subject, report, "After " + story + ", open");
-    adapter->close();
-    expectSameAnswers(Answers::of(*adapter), ofNothing, subject, report, "After " + story + ", open, close");
+    report.expect(adapter->open(good), story + ": open is false for a good source");
+    expectSameAnswers(Answers::of(*adapter), ofGood, subject, report, story + ", open");
+    close(", open, close");
+    adapter->open(failing.empty() ? other : failing.front());
+    close(", open, close, open of another source, close");
   }
+  if (subject.hasDataOnlyWhileOpen())
+    expectNothingIsOpen(*newAdapter(subject), ofGood.checksum, report, "Before any open");
 }
 
 }  // namespace nd::conformance::checks

@@ -19,6 +19,7 @@ class AnyText final : public nd::conformance::Subject {
   std::u16string otherGoodSource() override { return u"b.test"; }
   bool meetsBadSources() const override { return false; }
   bool meetsAbsentSources() const override { return false; }
+  bool hasDataOnlyWhileOpen() const override { return false; }
   bool canChangeSources() const override { return false; }
   bool answersFromSourceAlone() const override { return false; }
   bool replacesWhatTheClientHeld() const override { return false; }

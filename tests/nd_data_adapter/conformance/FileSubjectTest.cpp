@@ -2,7 +2,9 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,6 +21,7 @@ namespace {
 
 class Files final : public nd::conformance::FileSubject {
  public:
+  explicit Files(nd::conformance::FileContents contents) : FileSubject(std::move(contents)) {}
   Files() : FileSubject({.extension = ".x", .good = "first", .otherGood = "other", .bad = {"b1", "b2"}}) {}
   std::shared_ptr<CPPAdapterV2> makeAdapter() override { return std::make_shared<LineAdapter>(); }
 };
@@ -68,6 +71,49 @@ TEST(FileSubject, ChangesTheContentButNotTheTimeAndRewritesTheTimeButNotTheConte
   files.rewriteGoodSource();
   EXPECT_EQ(contentOf(files.goodSource()), "first");
   EXPECT_NE(std::filesystem::last_write_time(path), rewritten);
+}
+
+TEST(FileSubject, ChangesTheEndAlone) {
+  Files files;
+  const auto time = std::filesystem::last_write_time(pathOf(files.goodSource()));
+  files.changeEndOfGoodSource();
+  EXPECT_EQ(contentOf(files.goodSource()), "firsr");
+  EXPECT_EQ(std::filesystem::last_write_time(pathOf(files.goodSource())), time);
+}
+
+TEST(FileSubject, TakesTheChangeOfTheEndThatIsHandedOver) {
+  Files files({.extension = ".x", .good = "first", .otherGood = "other", .changedAtTheEnd = "firs!"});
+  files.changeEndOfGoodSource();
+  EXPECT_EQ(contentOf(files.goodSource()), "firs!");
+}
+
+TEST(FileSubject, SpoilsAndRemovesTheGoodSource) {
+  Files files;
+  const auto time = std::filesystem::last_write_time(pathOf(files.goodSource()));
+  files.spoilGoodSource();
+  EXPECT_EQ(contentOf(files.goodSource()), "b1");
+  EXPECT_EQ(std::filesystem::last_write_time(pathOf(files.goodSource())), time);
+  files.removeGoodSource();
+  EXPECT_FALSE(std::filesystem::exists(pathOf(files.goodSource())));
+}
+
+TEST(FileSubject, WantsContentsOfOneSizeUnlessTheFormatDoesNotAllowIt) {
+  nd::conformance::FileContents contents{.extension = ".x", .good = "first", .otherGood = "second"};
+  try {
+    Files files(contents);
+    FAIL() << "it took contents of two sizes";
+  } catch (const std::invalid_argument& refusal) {
+    EXPECT_THAT(refusal.what(), HasSubstr("good has 5 bytes and otherGood 6"));
+    EXPECT_THAT(refusal.what(), HasSubstr("haveOneSize"));
+  }
+  contents.haveOneSize = false;
+  Files files(contents);
+  files.changeEndOfGoodSource();
+  EXPECT_EQ(contentOf(files.goodSource()), "second");
+}
+
+TEST(FileSubject, WantsTwoContents) {
+  EXPECT_THROW(Files({.extension = ".x", .good = "first", .otherGood = "first"}), std::invalid_argument);
 }
 
 TEST(FileSubject, DescribesFilesWithTheirContents) {

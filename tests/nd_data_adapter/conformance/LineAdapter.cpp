@@ -18,16 +18,24 @@ std::filesystem::path pathOf(const std::u16string& source) {
 
 }  // namespace
 
-bool LineAdapter::isSourceValid(const std::u16string& source) {
+bool LineAdapter::isThere(const std::filesystem::path& path) const {
   std::error_code ignored;
-  return std::filesystem::is_regular_file(pathOf(source), ignored);
+  return std::filesystem::is_regular_file(path, ignored);
+}
+
+std::string LineAdapter::contentOf(const std::filesystem::path& path) const {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+bool LineAdapter::isSourceValid(const std::u16string& source) {
+  return isThere(pathOf(source));
 }
 
 bool LineAdapter::bind(const std::u16string& source) {
   source_ = source;
   isOpen_ = true;
-  std::error_code ignored;
-  return std::filesystem::is_regular_file(pathOf(source), ignored);
+  return isThere(pathOf(source));
 }
 
 bool LineAdapter::open(const std::u16string& source) {
@@ -41,10 +49,8 @@ bool LineAdapter::close() {
 
 bool LineAdapter::readContent(std::string& content) const {
   const std::filesystem::path path = pathOf(boundSource());
-  std::error_code ignored;
-  if (!std::filesystem::is_regular_file(path, ignored)) return false;
-  std::ifstream file(path, std::ios::binary);
-  content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  if (!isThere(path)) return false;
+  content = contentOf(path);
   return true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -39,6 +40,10 @@ class LineAdapter : public CPPAdapterV2 {
 
   /// Give the source that is read when something is asked of the content.
   virtual std::u16string boundSource() const { return source_; }
+
+  /// Tell whether what the source names is there, and give its content.
+  virtual bool isThere(const std::filesystem::path& path) const;
+  virtual std::string contentOf(const std::filesystem::path& path) const;
 
   /// Give the content of the source; false if it isn't there.
   bool readContent(std::string& content) const;

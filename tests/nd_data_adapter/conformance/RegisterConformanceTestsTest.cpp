@@ -44,7 +44,8 @@ TEST(ExpectNothingFound, FailsWithTheFindings) {
   Report report;
   report.expect(true, "this one holds");
   report.expect(false, "the name changes");
-  EXPECT_NONFATAL_FAILURE(expectNothingFound(report), "  - the name changes\n");
+  EXPECT_NONFATAL_FAILURE(expectNothingFound(report),
+                          "  - the name changes [RegisterConformanceTestsTest.cpp:");
   EXPECT_EQ(report.findings().size(), 1U);
 }
 
