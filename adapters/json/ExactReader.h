@@ -23,14 +23,23 @@ namespace nd::adapters::json {
 class ExactReader {
  public:
   /// Begin at an offset of a text, within so many levels of objects and arrays.
-  explicit ExactReader(std::string_view text, std::size_t offset = 0, std::size_t depth = 0) noexcept
-      : scan_(text, offset), depth_(depth) {}
+  explicit ExactReader(std::string_view text, std::size_t offset = 0, std::size_t depth = 0)
+      : ExactReader(text, offset, depth, ownStacks_) {}
+
+  /// Begin likewise, and put elements on the stacks of somebody else.
+  ExactReader(std::string_view text, std::size_t offset, std::size_t depth, BlockStacks& stacks)
+      : scan_(text, offset), depth_(depth), stacks_(stacks) {}
+  ExactReader(const ExactReader&) = delete;
+  ExactReader& operator=(const ExactReader&) = delete;
 
   /// Read all of the text.
   Document document();
 
   /// Read the value here, as the first element of an array or as anything else.
   hvArrayPtr value(bool isFirstElement = false);
+
+  /// Read the value here, and leave its elements on the stacks.
+  Block block(bool isFirstElement = false);
 
   /// Read the value of "$meta" here.
   void metaData(Document& into);
@@ -62,7 +71,6 @@ class ExactReader {
   bool passCommaBehindElement();
   static void checkNamesInMetaData(const Document& document);
 
-  Block block(bool isFirstElement);
   Block object();
   Block array();
   Block number();
@@ -72,7 +80,8 @@ class ExactReader {
 
   TextScan scan_;
   std::size_t depth_;
-  BlockStacks stacks_;
+  BlockStacks ownStacks_;
+  BlockStacks& stacks_;
 };
 
 template <typename Check, typename Read>

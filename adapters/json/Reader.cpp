@@ -40,6 +40,10 @@ namespace ondemand = simdjson::ondemand;
 static_assert(PaddedText::padding >= simdjson::SIMDJSON_PADDING);
 static_assert(maximumFileSize <= simdjson::SIMDJSON_MAXSIZE_BYTES);
 
+/// What nests deeper is read exactly: that is slower, and takes less of the stack.
+constexpr std::size_t maximumQuickDepth = 256;
+static_assert(maximumQuickDepth < maximumDepth);
+
 /// The reader goes on no further; `reason` is a constant text.
 struct Refusal {
   const char* reason;
@@ -66,10 +70,7 @@ class Reader {
   /// Counts a level of nesting for as long as it lives.
   class Level {
    public:
-    explicit Level(Reader& reader) : reader_(reader) {
-      if (reader_.depth_ == maximumDepth) throw Refusal{"the text nests too deep"};
-      ++reader_.depth_;
-    }
+    explicit Level(Reader& reader) noexcept : reader_(reader) { ++reader_.depth_; }
     Level(const Level&) = delete;
     Level& operator=(const Level&) = delete;
     ~Level() { --reader_.depth_; }
@@ -177,6 +178,7 @@ class Reader {
                   const std::shared_ptr<const MemberNameList>& expectedNames = nullptr) {
     ondemand::json_type type{};
     take(value.type(), type);
+    if (depth_ == maximumQuickDepth) return ExactReader(text_, offsetOf(value), depth_, stacks_).block();
     switch (type) {
       case ondemand::json_type::array:
         return readArray(value);

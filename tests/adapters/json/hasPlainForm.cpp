@@ -40,7 +40,7 @@ struct Look {
   }
 };
 
-Look lookOf(const hvArray* array);
+Look lookOf(const hvArray* array, KnownForms& known);
 
 bool isWellFormed(const std::u16string& text) {
   return lx::text::toUtf16(lx::text::toUtf8(text)) == text;
@@ -153,11 +153,11 @@ Look lookOfStructures(const hvArray* array) {
   return look;
 }
 
-Look lookOfCells(const hvArray* array) {
+Look lookOfCells(const hvArray* array, KnownForms& known) {
   if (!isRow(hvGetDimensions(array))) return {};
   std::vector<Look> looks;
   for (std::size_t index = 0; index < hvGetNumberOfElements(array); ++index)
-    looks.push_back(lookOf(hvGetCell(array, index)));
+    looks.push_back(lookOf(hvGetCell(array, index), known));
   if (readAsOne(looks)) return {};
   Look look{true};
   // Cells with nothing but nulls look like texts that are all missing, too.
@@ -168,7 +168,7 @@ Look lookOfCells(const hvArray* array) {
   return look;
 }
 
-Look lookOf(const hvArray* array) {
+Look lookUnknown(const hvArray* array, KnownForms& known) {
   if (isNothing(array)) return {true, Look::Kind::Text};
   const hvDims dimensions = hvGetDimensions(array);
   if (dimensions.size() > nd::adapters::json::maximumPlainDimensions || hvIsComplex(array)) return {};
@@ -192,7 +192,7 @@ Look lookOf(const hvArray* array) {
       if (!areTextsPlain(array)) return {};
       return {true, Look::Kind::Text, hvIsScalar(array) ? hvDims{1} : shapeOf(array), true};
     case hvClassCode::Cell:
-      return lookOfCells(array);
+      return lookOfCells(array, known);
     case hvClassCode::Structure:
       return lookOfStructures(array);
     default:
@@ -200,8 +200,20 @@ Look lookOf(const hvArray* array) {
   }
 }
 
+Look lookOf(const hvArray* array, KnownForms& known) {
+  Look look = lookUnknown(array, known);
+  if (array != nullptr) known[array] = look.isPlain;
+  return look;
+}
+
 }  // namespace
 
+bool hasPlainForm(const hvArray* array, KnownForms& known) {
+  const auto found = known.find(array);
+  return found == known.end() ? lookOf(array, known).isPlain : found->second;
+}
+
 bool hasPlainForm(const hvArray* array) {
-  return lookOf(array).isPlain;
+  KnownForms known;
+  return hasPlainForm(array, known);
 }

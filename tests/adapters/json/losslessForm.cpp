@@ -136,18 +136,18 @@ std::string fieldName(const std::string& name) {
   });
 }
 
-std::string structure(const hvArray* array, std::size_t index) {
+std::string formOf(const hvArray* array, KnownForms& known);
+
+std::string structure(const hvArray* array, std::size_t index, KnownForms& known) {
   std::string text = "{";
   for (std::size_t field = 0; field < hvGetNumberOfFields(array); ++field) {
     text += (field == 0 ? "" : ", ") + quoted(hvGetFieldName(array, field)) + ": " +
-            losslessForm(hvGetFieldByNumber(array, index, field));
+            formOf(hvGetFieldByNumber(array, index, field), known);
   }
   return text + "}";
 }
 
-}  // namespace
-
-std::string plainForm(const hvArray* array) {
+std::string plainFormOf(const hvArray* array, KnownForms& known) {
   const hvDims dimensions = hvGetDimensions(array);
   switch (hvGetClassCode(array)) {
     case hvClassCode::Logical:
@@ -163,11 +163,11 @@ std::string plainForm(const hvArray* array) {
       return hvIsScalar(array) ? list(1, element) : nested(dimensions, element);
     }
     case hvClassCode::Cell: {
-      const auto element = [&](std::size_t index) { return losslessForm(hvGetCell(array, index)); };
+      const auto element = [&](std::size_t index) { return formOf(hvGetCell(array, index), known); };
       return hvIsScalar(array) ? list(1, element) : nested(dimensions, element);
     }
     case hvClassCode::Structure:
-      return nested(dimensions, [&](std::size_t index) { return structure(array, index); });
+      return nested(dimensions, [&](std::size_t index) { return structure(array, index, known); });
     default:
       break;
   }
@@ -178,9 +178,7 @@ std::string plainForm(const hvArray* array) {
   });
 }
 
-namespace {
-
-std::string data(const hvArray* array) {
+std::string data(const hvArray* array, KnownForms& known) {
   const std::size_t count = hvGetNumberOfElements(array);
   switch (hvGetClassCode(array)) {
     case hvClassCode::Logical:
@@ -193,18 +191,19 @@ std::string data(const hvArray* array) {
         return one ? textOrUnits(*one) : std::string("null");
       });
     case hvClassCode::Cell:
-      return list(count, [&](std::size_t index) { return losslessForm(hvGetCell(array, index)); });
+      return list(count, [&](std::size_t index) { return formOf(hvGetCell(array, index), known); });
     case hvClassCode::Structure:
       return list(count, [&](std::size_t index) {
-        return list(hvGetNumberOfFields(array),
-                    [&](std::size_t field) { return losslessForm(hvGetFieldByNumber(array, index, field)); });
+        return list(hvGetNumberOfFields(array), [&](std::size_t field) {
+          return formOf(hvGetFieldByNumber(array, index, field), known);
+        });
       });
     default:
       return numbers(array, false);
   }
 }
 
-std::string taggedForm(const hvArray* array) {
+std::string taggedForm(const hvArray* array, KnownForms& known) {
   const hvDims dimensions = hvGetDimensions(array);
   std::string form =
       "{\"$class\": \"" + std::string(hvGetClassName(array)) + "\", \"$size\": " +
@@ -214,14 +213,24 @@ std::string taggedForm(const hvArray* array) {
               return fieldName(hvGetFieldName(array, field));
             });
   }
-  form += ", \"$data\": " + data(array);
+  form += ", \"$data\": " + data(array, known);
   if (hvIsComplex(array)) form += ", \"$imaginary\": " + numbers(array, true);
   return form + "}";
+}
+
+std::string formOf(const hvArray* array, KnownForms& known) {
+  if (array == nullptr) return "null";
+  return hasPlainForm(array, known) ? plainFormOf(array, known) : taggedForm(array, known);
 }
 
 }  // namespace
 
 std::string losslessForm(const hvArray* array) {
-  if (array == nullptr) return "null";
-  return hasPlainForm(array) ? plainForm(array) : taggedForm(array);
+  KnownForms known;
+  return formOf(array, known);
+}
+
+std::string plainForm(const hvArray* array) {
+  KnownForms known;
+  return plainFormOf(array, known);
 }
