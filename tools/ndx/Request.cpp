@@ -31,9 +31,11 @@ What stands behind -- is a name, whatever it looks like.
 Exit status:
   0  all went well; also when the reader of a pipe has seen enough
   1  the source could not be read
-  2  the command line is wrong
+  2  the command line is wrong; a module can't be loaded, or registers no adapter;
+     several adapters read the source, and no section was chosen; a name is no
+     UTF-8, or can mean two files
   3  no adapter reads the source, or not this section
-  4  the source has no such variable
+  4  the source has no such variable; nothing was shown
   5  the output could not be written)";
 
 // The parser gives "[a,b]" and "++" a meaning of their own, which no name may have here.

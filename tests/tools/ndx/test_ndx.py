@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import subprocess
 import tempfile
 import unittest
@@ -10,6 +11,7 @@ from pathlib import Path
 NDX = os.environ["NDX"]
 MODULE = os.environ["NDX_MODULE"]
 EMPTY_MODULE = os.environ["NDX_EMPTY_MODULE"]
+MANUAL = Path(__file__).resolve().parents[3] / "docs/ndx.md"
 CONTENT = '{"Gain": [[1, 2], [3, 4]], "SampleTime": 0.005, "Name": "trim\\u001b[2J", "Big": 9007199254740993,' \
           ' "Cube": [[[1, 2], [3, 4]], [[5, 6], [7, 8]]]}'
 
@@ -116,7 +118,14 @@ class Ndx(unittest.TestCase):
         for command in ("adapters", "info", "ls", "get"):
             text = self.ok(command, "--help")
             for option in ("", "--section", "--json", "--load"):
-                self.assertRegex(text, rf"  ndx {command} .*{option}|  ndx {command}\n")
+                self.assertRegex(text, rf"  ndx {command} .*{option}")
+
+    def test_help_and_manual_tell_the_same_of_the_exit_status(self):
+        told = re.split(r"\n  (?=\d  )", self.ok("--help").split("Exit status:")[1])[1:]
+        in_help = [tuple(re.sub(r"\s+", " ", each).strip().split(" ", 1)) for each in told]
+        manual = MANUAL.read_text(encoding="utf-8").split("## Exit status")[1].split("\n## ")[0]
+        self.assertEqual(in_help, re.findall(r"^\| (\d) \| (.*) \|$", manual, re.MULTILINE))
+        self.assertEqual([status for status, _ in in_help], list("012345"))
 
     def test_version_is_told(self):
         self.assertRegex(self.ok("--version"), r"\Andx [0-9]+\.[0-9]+\.[0-9]+\n\Z")
