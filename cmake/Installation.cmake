@@ -1,6 +1,6 @@
 # What `cmake --install` lays down: the public headers below include/nd_data_adapter-1, the libraries and adapter
-# modules, the command-line tool, a CMake package and pkg-config files. All of them find each other from where
-# they stand, so that the whole may be moved.
+# modules, the command-line tool, a CMake package, pkg-config files, and what authors of adapters begin with. All of
+# them find each other from where they stand, so that the whole may be moved.
 set(ND_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/nd_data_adapter-1")
 
 # The root calls nd_install() last, when every target is there.
@@ -19,6 +19,12 @@ function(nd_install)
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS ndx RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
   nd_install_cmake_package()
+  # What authors of adapters begin with: pages, and projects to copy, with the paths by which the pages name them.
+  set(start "${CMAKE_INSTALL_DATADIR}/nd_data_adapter")
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/first_adapter" "${PROJECT_SOURCE_DIR}/examples/adapter"
+    DESTINATION "${start}/examples")
+  install(FILES "${PROJECT_SOURCE_DIR}/docs/writing-an-adapter.md" "${PROJECT_SOURCE_DIR}/docs/ndx.md"
+    DESTINATION "${start}/docs")
 endfunction()
 
 # The public headers by their own paths, those written by hand and those generated. Private are those in a folder
