@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <type_traits>
 #include <utility>
 
@@ -57,11 +58,11 @@ bool isInteger(std::string_view literal) {
 }
 
 /// Give the nearest single; none if the number lies beyond their range. `rounded` is the nearest double.
-boost::optional<float> nearestSingle(std::string_view literal, double rounded) {
+std::optional<float> nearestSingle(std::string_view literal, double rounded) {
   float value = 0;
   const auto result = std::from_chars(literal.data(), literal.data() + literal.size(), value);
   if (result.ec == std::errc() && std::isfinite(value)) return value;
-  if (std::abs(rounded) > 1) return boost::none;
+  if (std::abs(rounded) > 1) return std::nullopt;
   return std::signbit(rounded) ? -0.0F : 0.0F;
 }
 
@@ -70,11 +71,11 @@ bool isExactAsSingle(float value, double rounded) {
 }
 
 /// Read the three words for what is no number of JSON.
-boost::optional<double> nonFinite(std::string_view word) {
+std::optional<double> nonFinite(std::string_view word) {
   if (word == "NaN") return std::numeric_limits<double>::quiet_NaN();
   if (word == "Inf") return std::numeric_limits<double>::infinity();
   if (word == "-Inf") return -std::numeric_limits<double>::infinity();
-  return boost::none;
+  return std::nullopt;
 }
 
 /// Read an integer from 0 to `most`.
