@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <ostream>
-#include <source_location>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,12 +11,20 @@
 
 namespace nd::conformance {
 
+/// A place in a source.
+struct Place {
+  std::string_view file;
+  int line = 0;
+
+  /// Give the place of the call; as a default argument, that of the call which leaves it out.
+  static Place here(const char* file = __builtin_FILE(), int line = __builtin_LINE()) { return {file, line}; }
+};
+
 /// What a check found: a sentence for each promise that the adapter broke, none if all is well.
 class Report {
  public:
   /// Note what was found unless the promise holds. Gives whether it holds.
-  bool expect(bool holds, std::string finding,
-              const std::source_location& where = std::source_location::current()) {
+  bool expect(bool holds, std::string finding, const Place& where = Place::here()) {
     if (!holds) {
       findings_.push_back(std::move(finding));
       places_.push_back(where);
@@ -31,24 +38,23 @@ class Report {
   const std::vector<std::string>& findings() const noexcept { return findings_; }
 
   /// Give for each finding where its expectation stands.
-  const std::vector<std::source_location>& places() const noexcept { return places_; }
+  const std::vector<Place>& places() const noexcept { return places_; }
 
   /// Give why nothing was asked; empty if something was.
   const std::string& skipped() const noexcept { return skipped_; }
 
   friend std::ostream& operator<<(std::ostream& stream, const Report& report) {
     for (std::size_t at = 0; at < report.findings_.size(); ++at) {
-      const std::source_location& place = report.places_[at];
-      const std::string_view file = place.file_name();
-      stream << "  - " << report.findings_[at] << " [" << file.substr(file.rfind('/') + 1) << ':'
-             << place.line() << "]\n";
+      const auto& [file, line] = report.places_[at];
+      stream << "  - " << report.findings_[at] << " [" << file.substr(file.rfind('/') + 1) << ':' << line
+             << "]\n";
     }
     return stream;
   }
 
  private:
   std::vector<std::string> findings_;
-  std::vector<std::source_location> places_;
+  std::vector<Place> places_;
   std::string skipped_;
 };
 

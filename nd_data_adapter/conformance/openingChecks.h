@@ -135,14 +135,15 @@ inline void opensAndClosesInAnyOrder(Subject& subject, Report& report) {
       {"After open and getData of sources that can't be read", [&](Adapter adapter) {
          for (const std::u16string& source : failing) Answers::of(adapter, source);
        }}};
-  for (const auto& [story, act] : stories) {
+  for (const auto& each : stories) {
+    const std::string& story = each.first;
     const std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
     const auto close = [&](const std::string& then) {
       adapter->close();
       if (subject.hasDataOnlyWhileOpen())
         expectNothingIsOpen(*adapter, ofGood.checksum, report, story + then);
     };
-    act(*adapter);
+    each.second(*adapter);
     report.expect(adapter->open(good), story + ": open is false for a good source");
     expectSameAnswers(Answers::of(*adapter), ofGood, subject, report, story + ", open");
     close(", open, close");

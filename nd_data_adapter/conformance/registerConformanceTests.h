@@ -2,7 +2,6 @@
 
 #include <concepts>
 #include <memory>
-#include <source_location>
 #include <string>
 #include <utility>
 
@@ -44,11 +43,10 @@ class ConformanceTest : public testing::Test {
 ///     struct Ini : nd::conformance::FileSubject { … };
 ///     const bool registered = nd::conformance::registerConformanceTests<Ini>("IniAdapterConformance");
 template <std::derived_from<Subject> S>
-bool registerConformanceTests(const std::string& suite,
-                              const std::source_location& where = std::source_location::current()) {
+bool registerConformanceTests(const std::string& suite, const Place& where = Place::here()) {
   for (const Check& check : allChecks) {
-    testing::RegisterTest(suite.c_str(), check.name, nullptr, nullptr, where.file_name(),
-                          static_cast<int>(where.line()), [&check]() -> ConformanceTest* {
+    testing::RegisterTest(suite.c_str(), check.name, nullptr, nullptr, where.file.data(), where.line,
+                          [&check]() -> ConformanceTest* {
                             return new ConformanceTest(check, [] { return std::make_unique<S>(); });
                           });
   }

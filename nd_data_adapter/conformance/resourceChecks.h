@@ -4,6 +4,7 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "nd_data_adapter/conformance/Answers.h"
@@ -71,8 +72,9 @@ inline void keepsNoFileHandle(Subject& subject, Report& report) {
     const std::vector<std::string> before = openFiles();
     const auto expectNone = [&](const std::string& when) {
       const std::string files = openedSince(before);
-      report.expect(files.empty(), "the source is " + inQuotes(source) + ", and " + when +
-                                       " these files are still open: " + files);
+      std::string finding = "the source is " + inQuotes(source);
+      finding.append(", and ").append(when).append(" these files are still open: ").append(files);
+      report.expect(files.empty(), std::move(finding));
     };
     std::unique_ptr<CPPAdapterV2> adapter = newAdapter(subject);
     adapter->open(source);

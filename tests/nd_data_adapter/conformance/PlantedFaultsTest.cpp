@@ -21,12 +21,12 @@ namespace {
 class PlantedFault : public testing::TestWithParam<Fault> {};
 
 /// Lists file and line of each expectation in the headers of the checks.
-std::set<std::pair<std::string, unsigned>> expectations() {
-  std::set<std::pair<std::string, unsigned>> places;
+std::set<std::pair<std::string, int>> expectations() {
+  std::set<std::pair<std::string, int>> places;
   for (const auto& entry : std::filesystem::directory_iterator(ND_CONFORMANCE_HEADERS)) {
     std::ifstream file(entry.path());
     std::string text;
-    for (unsigned line = 1; std::getline(file, text); ++line) {
+    for (int line = 1; std::getline(file, text); ++line) {
       if (text.find("report.expect(") != std::string::npos) places.insert({entry.path().filename(), line});
     }
   }
@@ -50,12 +50,12 @@ TEST(PlantedFaults, AreThereForEachCheck) {
 }
 
 TEST(PlantedFaults, BreakEachExpectation) {
-  std::set<std::pair<std::string, unsigned>> unbroken = expectations();
+  std::set<std::pair<std::string, int>> unbroken = expectations();
   ASSERT_GT(unbroken.size(), 50U);
   for (const Fault& each : allFaults()) {
     const Report report = run(checkNamed(each.check), each.makeSubject);
-    for (const std::source_location& place : report.places()) {
-      unbroken.erase({std::filesystem::path(place.file_name()).filename(), place.line()});
+    for (const nd::conformance::Place& place : report.places()) {
+      unbroken.erase({std::filesystem::path(place.file).filename(), place.line});
     }
   }
   for (const auto& [file, line] : unbroken) ADD_FAILURE() << file << ':' << line << " has no fault";

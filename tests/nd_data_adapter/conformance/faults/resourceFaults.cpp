@@ -1,3 +1,6 @@
+#include <fcntl.h>
+
+#include "platform/text/Convert.h"
 #include "tests/nd_data_adapter/conformance/faults/Fault.h"
 
 using nd::data::adapter::AdapterDiagnostic;
@@ -11,10 +14,11 @@ class MayHoldFiles final : public Lines<Adapter> {
   bool mayHoldFilesWhileOpen() const override { return true; }
 };
 
-/// Never closes its file.
-class NeverClosesItsFile final : public broken::HoldsItsFile<NeverClosesItsFile> {
+class NeverClosesItsFile final : public broken::Adapter<NeverClosesItsFile> {
  public:
-  bool close() override { return LineAdapter::close(); }
+  bool open(const std::u16string& source) override {
+    return LineAdapter::open(source) && ::open(lx::text::toUtf8(source).c_str(), O_RDONLY | O_CLOEXEC) >= 0;
+  }
 };
 
 /// What is out of reach for the adapter, though not for the test program, which has a sanitizer to please.
