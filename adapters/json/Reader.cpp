@@ -26,6 +26,7 @@
 #include "adapters/json/MemberNames.h"
 #include "adapters/json/Place.h"
 #include "adapters/json/TextCheck.h"
+#include "adapters/json/TextScan.h"
 #include "adapters/json/VariableName.h"
 #include "adapters/json/messages.h"
 #include "platform/host/messages.h"
@@ -169,7 +170,8 @@ class Reader {
   /// Read a value that has no part in a larger one. Most are numbers.
   hvArrayPtr readWhole(ondemand::value& value) {
     double number = 0;
-    if (value.get_double().get(number) == simdjson::SUCCESS && std::abs(number) < firstInexactInteger)
+    if (isReadRight(value) && value.get_double().get(number) == simdjson::SUCCESS &&
+        std::abs(number) < firstInexactInteger)
       return hvArrayPtr(hvCreateDoubleScalar(number));
     return takeArray(stacks_, readValue(value));
   }
@@ -207,7 +209,8 @@ class Reader {
       take(item, element);
       const std::size_t offset = offsetOf(element);
       double number = 0;
-      if (!gatherer.takesDoubles() || element.get_double().get(number) != simdjson::SUCCESS) {
+      if (!gatherer.takesDoubles() || !isReadRight(element) ||
+          element.get_double().get(number) != simdjson::SUCCESS) {
         gatherer.add(readValue(element, gatherer.expectedNames()), offset - begin);
       } else if (std::abs(number) < firstInexactInteger) {
         if (stacks_.numbers.size() == stacks_.numbers.capacity()) makeRoomForNumbers(offset);
@@ -268,10 +271,32 @@ class Reader {
     return text;
   }
 
-  static double readDouble(ondemand::value& value) {
+  double readDouble(ondemand::value& value) const {
     double number = 0;
-    take(value.get_double(), number);
+    const auto error = value.get_double().get(number);
+    if (error == simdjson::NUMBER_ERROR || !isReadRight(value)) {
+      if (const auto nearest = doubleOfManyDigits(value)) return *nearest;
+    }
+    if (error) refuse(error);
     return number;
+  }
+
+  /// Tell whether the parser reads a number right. It doesn't where twenty digits and more follow "0.".
+  static bool isReadRight(ondemand::value& value) {
+    constexpr std::size_t longest = std::string_view("0.").size() + 19;
+    const std::string_view token = value.raw_json_token();
+    return token.size() <= longest || token[token[0] == '-' ? 1 : 0] != '0';
+  }
+
+  /// Read a number that the parser reads wrongly, or gives up on: an exponent of many digits, although the
+  /// number may well be near 0. None if it is no number or too large.
+  boost::optional<double> doubleOfManyDigits(ondemand::value& value) const {
+    TextScan scan(text_, offsetOf(value));
+    const std::size_t end = scan.offset() + value.raw_json_token().size();
+    const std::string_view literal = scan.number();
+    scan.skipSpace();
+    if (scan.offset() != end) return boost::none;
+    return nearestDouble(literal);
   }
 
   Block readNumber(ondemand::value& value) {

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -50,6 +51,34 @@ TEST(ReaderNumbers, ReadsWhatIsTooSmallForADoubleAsTheNearestOne) {
   EXPECT_EQ(readDouble("4.9406564584124654e-324"), std::numeric_limits<double>::denorm_min());
   EXPECT_EQ(readDouble("1e-400"), 0.0);
   EXPECT_TRUE(std::signbit(readDouble("-1e-400")));
+}
+
+TEST(ReaderNumbers, ReadsFractionsOfAnyNumberOfDigits) {
+  std::string digits;
+  for (std::size_t count = 1; count < 60; ++count) {
+    digits += static_cast<char>('0' + (count * 7 + 1) % 10);
+    for (const char* begin : {"0.", "-0.", "0.000", "-0.0000000", "1.", "-12."}) {
+      for (const char* end : {"", "e5", "E-7", "e+300"}) {
+        const std::string literal = begin + digits + end;
+        SCOPED_TRACE(literal);
+        const double nearest = std::strtod(literal.c_str(), nullptr);
+        EXPECT_EQ(readDouble(literal), nearest);
+        EXPECT_TRUE(readsAs("[0.5, " + literal + "]", doubles({1, 2}, {0.5, nearest})));
+      }
+    }
+  }
+}
+
+TEST(ReaderNumbers, ReadsExponentsOfAnyNumberOfDigits) {
+  const std::string great(40, '9');
+  EXPECT_EQ(readDouble("0e" + great), 0.0);
+  EXPECT_EQ(readDouble("0.00E+" + great + " "), 0.0);
+  EXPECT_TRUE(std::signbit(readDouble("-0e" + great)));
+  EXPECT_EQ(readDouble("12e-" + great), 0.0);
+  EXPECT_TRUE(std::signbit(readDouble("-12.5e-" + great)));
+  EXPECT_EQ(readDouble("1e" + std::string(40, '0') + "2"), 100.0);
+  EXPECT_TRUE(readsAs("[0e" + great + " , 1]", doubles({1, 2}, {0.0, 1.0})));
+  EXPECT_TRUE(readsAs("[1, 0e" + great + "]", doubles({1, 2}, {1.0, 0.0})));
 }
 
 TEST(ReaderNumbers, ReadsAnIntegerThatADoubleMissesAsAnIntegerScalar) {
