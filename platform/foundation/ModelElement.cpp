@@ -67,6 +67,7 @@ void ModelElement::setPropertyValue(const std::u16string& name, const Value& val
 
 Value ModelElement::invoke(const std::u16string& operation, const std::vector<Value>& arguments) const {
   Impl& element = self("ModelElement.invoke");
+  const ModelElement held(*this);  // the operation may come to let go of this handle
   const meta::Operation found = element.getMetaClass().operation(operation);
   found.checkPublic();
   return element.invoke(found, arguments);
