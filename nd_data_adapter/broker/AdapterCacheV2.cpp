@@ -20,29 +20,36 @@ bool AdapterCacheV2::Impl::addCPPAdapterToCache(const std::shared_ptr<CPPAdapter
 }
 
 bool AdapterCacheV2::Impl::removeCPPAdapterFromCache(const std::u16string& adapterQualifier) {
-  return detail::removeEntry(getCPPCacheMutable(), adapterQualifier);
+  checkAlive("nd.data.adapter.AdapterCacheV2.removeCPPAdapterFromCache");
+  if (!cPPCache_.contains(adapterQualifier)) return false;
+  detail::removeEntry(getCPPCacheMutable(), adapterQualifier);
+  return true;
 }
 
 std::shared_ptr<CPPAdapterV2> AdapterCacheV2::Impl::getCPPAdapter(const std::u16string& adapterQualifier) {
+  checkAlive("nd.data.adapter.AdapterCacheV2.getCPPAdapter");
   const CPPAdapterV2Entry entry = cPPCache_.find(adapterQualifier);
   return entry ? entry.adapter() : nullptr;
 }
 
 std::vector<std::u16string> AdapterCacheV2::Impl::getAllAdapterQualifiers() {
+  checkAlive("nd.data.adapter.AdapterCacheV2.getAllAdapterQualifiers");
   return cPPCache_.keys();
 }
 
 void AdapterCacheV2::Impl::aboutToDestroy() {
+  checkAlive("nd.data.adapter.AdapterCacheV2.aboutToDestroy");
   const lx::base::FinalChanges finality(*this);
   lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
-  // An adapter may change the cache while it is closed, so the walk goes by key.
+  // An adapter may change the cache while it is closed, its own entry too, so the walk goes by key.
   std::u16string qualifier;
   for (CPPAdapterV2Entry entry = cPPCache_.first(); entry; entry = cPPCache_.findGreater(qualifier)) {
     qualifier = entry.adapterName();
     const std::shared_ptr<CPPAdapterV2> adapter = entry.adapter();
     if (!adapter) continue;
     adapter->close();
-    if (entry.isAlive()) entry.setAdapter(nullptr);
+    const bool isStillThere = entry.impl()->container() == this && !entry.isProxy();
+    if (isStillThere) entry.setAdapter(nullptr);
   }
   transaction.commit();
 }

@@ -34,20 +34,15 @@ void addEntry(AdapterEntries& entries, const std::u16string& key,
   transaction.commit();
 }
 
-bool removeEntry(AdapterEntries& entries, const std::u16string& key) {
+void removeEntry(AdapterEntries& entries, const std::u16string& key) {
   const CPPAdapterV2Entry entry = entries.find(key);
-  if (!entry) return false;
   const std::shared_ptr<CPPAdapterV2> adapter = entry.adapter();  // so that it goes last
   const lx::base::Model model = entries.getModel();
-  if (!model.impl()->hasOpenTransaction()) {
-    entry.destroy();
-    return true;
-  }
+  if (!model.impl()->hasOpenTransaction()) return entry.destroy();
   lx::base::Transaction transaction = model.impl()->beginTransaction(false);
   entry.setAdapter(nullptr);  // while the owner of the entries ends, this lets go of it at once
   entry.destroy();
   transaction.commit();
-  return true;
 }
 
 }  // namespace nd::data::adapter::detail

@@ -39,6 +39,7 @@ AdapterRegistryV2 AdapterRegistryV2::getInstance() {
 }
 
 bool AdapterRegistryV2::Impl::registerCPPAdapter(const std::shared_ptr<CPPAdapterV2>& adapter) {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.registerCPPAdapter");
   if (!adapter) return false;
   // The adapter may reset the client's pointer while it is asked.
   const auto held = std::shared_ptr<CPPAdapterV2>(adapter);
@@ -50,10 +51,14 @@ bool AdapterRegistryV2::Impl::registerCPPAdapter(const std::shared_ptr<CPPAdapte
 }
 
 bool AdapterRegistryV2::Impl::unregisterCPPAdapter(const std::u16string& adapterName) {
-  return detail::removeEntry(getCPPRegistryMutable(), adapterName);
+  checkAlive("nd.data.adapter.AdapterRegistryV2.unregisterCPPAdapter");
+  if (!cPPRegistry_.contains(adapterName)) return false;
+  detail::removeEntry(getCPPRegistryMutable(), adapterName);
+  return true;
 }
 
 std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getNewCPPAdapter(const std::u16string& adapterName) {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.getNewCPPAdapter");
   const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
   if (!entry) return nullptr;
   const std::shared_ptr<CPPAdapterV2> prototype = entry.adapter();
@@ -63,15 +68,17 @@ std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getNewCPPAdapter(const st
 
 std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getCPPAdapterForStaticUse(
     const std::u16string& adapterName) {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.getCPPAdapterForStaticUse");
   const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
   if (!entry) return nullptr;
-  // What is asked of a prototype is asked in a transaction that is never committed.
-  const lx::base::Transaction asking = getModel().impl()->beginTransaction(false);
+  // The pointer is taken in a transaction that ends here, uncommitted: there is nothing to tell anybody.
+  const lx::base::Transaction taking = getModel().impl()->beginTransaction(false);
   return entry.adapter();
 }
 
 std::vector<std::shared_ptr<CPPAdapterV2>> AdapterRegistryV2::Impl::getCPPAdapterStaticForSource(
     const std::u16string& sourceURI) {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.getCPPAdapterStaticForSource");
   const std::u16string extension = u"." + ndx::broker::URIOperations::getExtension(sourceURI);
   std::vector<std::shared_ptr<CPPAdapterV2>> result = prototypesOf(cPPRegistry_);
   std::erase_if(result, [&](const auto& prototype) { return !claims(*prototype, extension); });
@@ -79,6 +86,7 @@ std::vector<std::shared_ptr<CPPAdapterV2>> AdapterRegistryV2::Impl::getCPPAdapte
 }
 
 std::vector<std::u16string> AdapterRegistryV2::Impl::getDisplayList() {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.getDisplayList");
   std::vector<std::u16string> result;
   for (const std::shared_ptr<CPPAdapterV2>& prototype : prototypesOf(cPPRegistry_)) {
     for (const std::u16string& extension : prototype->getSupportedExtensions()) {
@@ -89,6 +97,7 @@ std::vector<std::u16string> AdapterRegistryV2::Impl::getDisplayList() {
 }
 
 std::vector<std::u16string> AdapterRegistryV2::Impl::getAllAdapterNames() {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.getAllAdapterNames");
   std::vector<std::u16string> result;
   for (const std::shared_ptr<CPPAdapterV2>& prototype : prototypesOf(cPPRegistry_)) {
     result.push_back(prototype->getAdapterName());
@@ -97,16 +106,19 @@ std::vector<std::u16string> AdapterRegistryV2::Impl::getAllAdapterNames() {
 }
 
 bool AdapterRegistryV2::Impl::isAdapterRegisteredByName(const std::u16string& adapterName) {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.isAdapterRegisteredByName");
   return cPPRegistry_.contains(adapterName);
 }
 
 bool AdapterRegistryV2::Impl::isAdapterRegisteredByExtension(const std::u16string& adapterExtension) {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.isAdapterRegisteredByExtension");
   const std::vector<std::shared_ptr<CPPAdapterV2>> prototypes = prototypesOf(cPPRegistry_);
   return std::any_of(prototypes.begin(), prototypes.end(),
                      [&](const auto& prototype) { return claims(*prototype, adapterExtension); });
 }
 
 void AdapterRegistryV2::Impl::aboutToDestroy() {
+  checkAlive("nd.data.adapter.AdapterRegistryV2.aboutToDestroy");
   const lx::base::FinalChanges finality(*this);
   lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
   // The destructor of a prototype may change the registry: the walk goes by key, and again over all that was

@@ -17,8 +17,8 @@ using AdapterEntries = lx::base::ElementMap<std::u16string, CPPAdapterV2Entry>;
 void addEntry(AdapterEntries& entries, const std::u16string& key,
               const std::shared_ptr<CPPAdapterV2>& adapter);
 
-/// Remove the entry of a key in one transaction; false if there is none. The adapter is let go of last, when
-/// nothing is open any more and its entry is gone.
-bool removeEntry(AdapterEntries& entries, const std::u16string& key);
+/// Remove the entry of a key that is there, in one transaction. The adapter is let go of last, when nothing
+/// is open any more and its entry is gone.
+void removeEntry(AdapterEntries& entries, const std::u16string& key);
 
 }  // namespace nd::data::adapter::detail

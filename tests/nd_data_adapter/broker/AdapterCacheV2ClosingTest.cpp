@@ -29,6 +29,10 @@ class ClosingTheCache : public support::BrokerTest {
     EXPECT_TRUE(cache.addCPPAdapterToCache(makeProbe(qualifier), qualifier));
   }
 
+  CPPAdapterV2Entry entryOf(const std::u16string& qualifier) const {
+    return cache.impl()->getCPPCache().find(qualifier);
+  }
+
   const AdapterCacheV2 cache = AdapterCacheV2::getInstance();
   const Model model = cache.getModel();
 };
@@ -54,8 +58,29 @@ TEST_F(ClosingTheCache, ClosesAdaptersAlsoWhenSomebodyObservesTheModel) {
   const ModelWatch watch(model);
   cache.destroy();
   EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
-  ASSERT_EQ(watch.notices().size(), 1U) << "all of it is one transaction";
-  EXPECT_EQ(watch.notices()[0].size(), 3U) << "the cache and two entries are destroyed";
+  const std::string entry = "destroyed nd.data.adapter.CPPAdapterV2Entry";
+  EXPECT_EQ(watch.notices(),
+            (std::vector<Lines>{{"destroyed nd.data.adapter.AdapterCacheV2", entry, entry}}));
+}
+
+TEST_F(ClosingTheCache, ClosesAnAdapterForEachOfItsQualifiersAndEndsItOnce) {
+  const std::shared_ptr<CPPAdapterV2> probe = makeProbe(u"a");
+  for (const char16_t* qualifier : {u"p", u"q"}) EXPECT_TRUE(cache.addCPPAdapterToCache(probe, qualifier));
+  store(u"r");
+  EXPECT_EQ(probe.use_count(), 3);
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"a.close", "a.close", "r.close", "r.~"}));
+  EXPECT_EQ(probe.use_count(), 1);
+}
+
+TEST_F(ClosingTheCache, EndsAnAdapterOfTwoQualifiersBehindItsSecondClose) {
+  {
+    const std::shared_ptr<CPPAdapterV2> probe = makeProbe(u"a");
+    for (const char16_t* qualifier : {u"p", u"r"}) EXPECT_TRUE(cache.addCPPAdapterToCache(probe, qualifier));
+  }
+  store(u"q");
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"a.close", "q.close", "q.~", "a.close", "a.~"}));
 }
 
 TEST_F(ClosingTheCache, DoesNotCloseWhatWasRemovedBefore) {
@@ -172,6 +197,40 @@ TEST_F(ClosingTheCache, WorksOnAfterACloseThatThrew) {
   EXPECT_TRUE(cache.removeCPPAdapterFromCache(u"p"));
 }
 
+TEST_F(ClosingTheCache, LeavesItselfToTheTransactionAroundItWhenACloseThrowsAndThatIsAbandoned) {
+  for (const char16_t* qualifier : {u"p", u"q", u"r"}) store(qualifier);
+  const std::exception_ptr thrown = std::make_exception_ptr(std::runtime_error("the source is offline"));
+  log->throwAt("q.close", thrown);
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    store(u"z");
+    EXPECT_TRUE(isLeftBy(thrown, [&] { cache.destroy(); }));
+    EXPECT_TRUE(cache.isAlive());
+    EXPECT_EQ(stateOfBroker(), (Lines{"open p: null", "open q: q", "open r: r", "open z: z"}));
+    EXPECT_TRUE(model.impl()->hasOpenTransaction()) << "the outer one is not ended";
+  }
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "z.~"}));
+  EXPECT_EQ(stateOfBroker(), (Lines{"open p: null", "open q: q", "open r: r"})) << "what is closed stays so";
+  EXPECT_FALSE(model.impl()->hasOpenTransaction());
+}
+
+TEST_F(ClosingTheCache, LeavesItselfToTheTransactionAroundItWhenACloseThrowsAndThatIsCommitted) {
+  for (const char16_t* qualifier : {u"p", u"q", u"r"}) store(qualifier);
+  const std::exception_ptr thrown = std::make_exception_ptr(std::runtime_error("the source is offline"));
+  log->throwAt("q.close", thrown);
+  const ModelWatch watch(model);
+  Transaction outer = model.impl()->beginTransaction(false);
+  store(u"z");
+  EXPECT_TRUE(isLeftBy(thrown, [&] { cache.destroy(); }));
+  outer.commit();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close"}));
+  EXPECT_EQ(stateOfBroker(), (Lines{"open p: null", "open q: q", "open r: r", "open z: z"}));
+  EXPECT_EQ(watch.notices(), (std::vector<Lines>{{"created nd.data.adapter.CPPAdapterV2Entry",
+                                                  "changed nd.data.adapter.AdapterCacheV2.CPPCache"}}));
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"q.close", "q.~", "r.close", "r.~", "z.close", "z.~"}));
+}
+
 // Undoing
 
 TEST_F(ClosingTheCache, ComesBackWithItsEntriesAndWithoutAdaptersWhenItsEndIsUndone) {
@@ -218,6 +277,68 @@ TEST_F(ClosingTheCache, GoesOnBehindAnAdapterThatClosesItsOwnSource) {
   log->at("p.close", [&] { EXPECT_TRUE(cache.removeCPPAdapterFromCache(u"p")); });
   cache.destroy();
   EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
+}
+
+TEST_F(ClosingTheCache, GoesOnBehindAnAdapterThatMakesItsOwnEntryAProxy) {
+  store(u"p");
+  store(u"q");
+  const CPPAdapterV2Entry entry = entryOf(u"p");
+  log->at("p.close", [&] { entry.impl()->convertToProxy(); });
+  EXPECT_EQ(support::raisedBy([&] { cache.destroy(); }), "nothing");
+  EXPECT_EQ(log->actionsLeft(), 0U);
+  EXPECT_EQ(support::missingIn(calls(), {"p.close", "p.~", "q.close", "q.~"}), Lines{});
+  EXPECT_FALSE(cache.isAlive());
+  EXPECT_FALSE(entry.isAlive());
+}
+
+TEST_F(ClosingTheCache, DoesNotCloseAgainAnAdapterThatGivesItsEntryAGreaterQualifier) {
+  store(u"p");
+  store(u"q");
+  log->at("p.close", [&] { entryOf(u"p").setName(u"z"); });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
+}
+
+TEST_F(ClosingTheCache, ClosesAnAdapterWhoseEntryGetsAGreaterQualifierInItsTurn) {
+  for (const char16_t* qualifier : {u"p", u"q", u"r"}) store(qualifier);
+  log->at("p.close", [&] { entryOf(u"q").setName(u"z"); });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "r.close", "r.~", "q.close", "q.~"}));
+}
+
+TEST_F(ClosingTheCache, DoesNotCloseAnAdapterWhoseEntryGetsAQualifierBehindTheWalk) {
+  for (const char16_t* qualifier : {u"p", u"q", u"r"}) store(qualifier);
+  log->at("p.close", [&] { entryOf(u"q").setName(u"a"); });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "r.close", "r.~", "q.~"}));
+}
+
+TEST_F(ClosingTheCache, LetsAnAdapterGoUnclosedThatTakesThePlaceOfTheOneThatIsClosed) {
+  store(u"p");
+  store(u"q");
+  log->at("p.close", [&] { entryOf(u"p").setAdapter(makeProbe(u"n")); });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "n.~", "p.~", "q.close", "q.~"}));
+}
+
+TEST_F(ClosingTheCache, ClosesTheAdapterThatTakesThePlaceOfALaterOne) {
+  store(u"p");
+  store(u"q");
+  log->at("p.close", [&] { entryOf(u"q").setAdapter(makeProbe(u"n")); });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "q.~", "p.~", "n.close", "n.~"}));
+}
+
+TEST_F(ClosingTheCache, LeavesAnEntryAsItIsThatItsAdapterMovesElsewhere) {
+  store(u"p");
+  store(u"q");
+  const AdapterCacheV2 other = AdapterCacheV2::create(model);
+  const CPPAdapterV2Entry entry = entryOf(u"p");
+  log->at("p.close", [&] { other.impl()->getCPPCacheMutable().add(entry); });
+  cache.destroy();
+  EXPECT_EQ(calls(), (Lines{"p.close", "q.close", "q.~"}));
+  EXPECT_TRUE(entry.isAlive());
+  EXPECT_EQ(support::ProbeAdapter::labelOf(other.getCPPAdapter(u"p")), "p");
 }
 
 TEST_F(ClosingTheCache, IsDestroyedOnceWhenAnAdapterDestroysItAgain) {
