@@ -49,6 +49,7 @@ DiagnosticPtr makeDiagnostic(const AdapterError& error) {
 
 void AdapterError::Impl::setError(const AdapterDiagnostic& d, const std::u16string& msg,
                                   const std::u16string& name, const std::u16string& source) {
+  checkAlive("nd.data.adapter.AdapterError.setError");
   setDiagnostic(d);
   setErrorMessage(msg);
   setAdapter(name);
@@ -56,19 +57,24 @@ void AdapterError::Impl::setError(const AdapterDiagnostic& d, const std::u16stri
 }
 
 AdapterDiagnostic AdapterError::Impl::getId() {
+  checkAlive("nd.data.adapter.AdapterError.getId");
   return getDiagnostic();
 }
 std::u16string AdapterError::Impl::getAdapterName() {
+  checkAlive("nd.data.adapter.AdapterError.getAdapterName");
   return getAdapter();
 }
 std::u16string AdapterError::Impl::getSource() {
+  checkAlive("nd.data.adapter.AdapterError.getSource");
   return getSourceFile();
 }
 
 ndsvDiagnosticImpl* AdapterError::convertAdapterErrorsToDiagnostic(
     const std::vector<AdapterError>& errorMsgs) {
   DiagnosticPtr result;
-  for (const AdapterError& error : errorMsgs) {
+  // Whom the making of a diagnostic lets act may change the caller's list and handles.
+  for (std::size_t at = 0; at < errorMsgs.size(); ++at) {
+    const AdapterError error(errorMsgs[at].impl());
     if (!error.isAlive()) continue;
     DiagnosticPtr added = makeDiagnostic(error);
     if (added == result) {

@@ -1,6 +1,8 @@
 #include <cstdlib>
+#include <exception>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "nd_data_adapter/broker/messages.h"
 #include "nd_data_adapter/model/AdapterError.h"
@@ -271,6 +273,48 @@ TEST_F(ConvertAdapterErrorsToDiagnostic, JoinsAThousandErrors) {
   EXPECT_EQ(model.impl()->numberOfElements(), 0U);
 }
 
+// Callers' lists and handles that change meanwhile
+
+TEST_F(ConvertAdapterErrorsToDiagnostic, DestroysTheErrorInWorkAlsoWhenTheCallersHandleIsSetToNull) {
+  Errors errors{makeError(AdapterDiagnostic::HardError), makeError(AdapterDiagnostic::Unsupported)};
+  ndsvSetCreateDiagnosticHook([&](const CatalogMessage&) {
+    for (AdapterError& error : errors) error = AdapterError();
+  });
+  const Diagnostic result = convert(errors);
+  EXPECT_EQ(keysOf(result), Lines{"AdapterErrorHardError"});
+  EXPECT_EQ(contentsOf(model).size(), 1U) << "the one that nobody gave any more";
+}
+
+TEST_F(ConvertAdapterErrorsToDiagnostic, EndsWithTheErrorInWorkWhenTheCallersListIsCleared) {
+  Errors errors;
+  for (int number = 0; number < 5; ++number) errors.push_back(makeError(AdapterDiagnostic::HardError));
+  ndsvSetCreateDiagnosticHook([&](const CatalogMessage&) {
+    errors.clear();
+    errors.shrink_to_fit();
+  });
+  const Diagnostic result = convert(errors);
+  EXPECT_EQ(keysOf(result), Lines{"AdapterErrorHardError"});
+  EXPECT_EQ(model.impl()->numberOfElements(), 4U);
+}
+
+TEST_F(ConvertAdapterErrorsToDiagnostic, TakesErrorsAlongThatAreAddedToTheCallersListMeanwhile) {
+  Errors errors{makeError(AdapterDiagnostic::HardError)};
+  ndsvSetCreateDiagnosticHook([&](const CatalogMessage&) {
+    if (errors.size() == 1) errors.push_back(makeError(AdapterDiagnostic::Unsupported));
+  });
+  const Diagnostic result = convert(errors);
+  EXPECT_EQ(keysOf(result), (Lines{"AdapterErrorHardError", "AdapterErrorUnsupported"}));
+  EXPECT_EQ(model.impl()->numberOfElements(), 0U);
+}
+
+TEST_F(ConvertAdapterErrorsToDiagnostic, MakesAnItemOfAnErrorThatIsDestroyedMeanwhile) {
+  const Errors errors{makeError(AdapterDiagnostic::HardError), makeError(AdapterDiagnostic::Unsupported)};
+  ndsvSetCreateDiagnosticHook([&](const CatalogMessage&) {
+    for (const AdapterError& error : errors) error.destroy();
+  });
+  EXPECT_EQ(keysOf(convert(errors)), Lines{"AdapterErrorHardError"});
+}
+
 // Within a transaction of the caller
 
 TEST_F(ConvertAdapterErrorsToDiagnostic, GivesTheErrorsBackAndLeavesTheDiagnosticWhenTheCallerAbandonsAll) {
@@ -352,6 +396,49 @@ TEST_F(ConvertAdapterErrorsToDiagnostic, LetsWhatTheMakingThrowsPassAndLeavesThe
     EXPECT_FALSE(model.impl()->hasOpenTransaction());
     ndsvSetCreateDiagnosticHook({});
     convert(errors);
+  }
+}
+
+/// An error that throws when it is asked for its kind or for its source.
+class ThrowingError final : public AdapterError::Impl {
+ public:
+  ThrowingError(const Model& model, std::exception_ptr atKind, std::exception_ptr atSource)
+      : AdapterError::Impl(model, {}), atKind_(std::move(atKind)), atSource_(std::move(atSource)) {}
+
+  AdapterDiagnostic getId() override {
+    if (atKind_) std::rethrow_exception(atKind_);
+    return AdapterDiagnostic::HardError;
+  }
+  std::u16string getSource() override {
+    if (atSource_) std::rethrow_exception(atSource_);
+    return u"x.test";
+  }
+
+ private:
+  std::exception_ptr atKind_;
+  std::exception_ptr atSource_;
+};
+
+TEST_F(ConvertAdapterErrorsToDiagnostic, LetsWhatAnErrorThrowsPassAndFreesWhatWasBuilt) {
+  for (const support::Thrown& thrown : support::everyKindOfException()) {
+    for (const bool atKind : {true, false}) {
+      SCOPED_TRACE(std::string(thrown.name) + (atKind ? " at its kind" : " at its source"));
+      auto* const impl =
+          new ThrowingError(model, atKind ? thrown.object : nullptr, atKind ? nullptr : thrown.object);
+      const AdapterError inWork(impl);
+      impl->notifyCreated();
+      const Errors errors{makeError(AdapterDiagnostic::HardError), inWork,
+                          makeError(AdapterDiagnostic::GenericFailure)};
+      made.clear();
+      EXPECT_TRUE(isLeftBy(thrown.object, [&] { convert(errors); }));
+      EXPECT_EQ(made.size(), 1U) << "a diagnostic was built before";
+      EXPECT_EQ(ndsvGetLiveDiagnosticCount(), 0U);
+      EXPECT_FALSE(errors[0].isAlive());
+      EXPECT_TRUE(errors[1].isAlive());
+      EXPECT_TRUE(errors[2].isAlive());
+      EXPECT_FALSE(model.impl()->hasOpenTransaction());
+      for (const AdapterError& error : errors) error.destroy();
+    }
   }
 }
 

@@ -365,6 +365,61 @@ TEST_F(DataContainerTest, GivesTheWorkspacesBackEmptyWhenTheTransactionAroundItI
   EXPECT_TRUE(contentsOf(data).empty()) << "variables are not the model's";
 }
 
+TEST_F(DataContainerTest, KeepsWorkspacesAndVariablesInAFrozenModel) {
+  const Workspace data = makeWorkspace("gain");
+  const Workspace conditional = makeWorkspace("offset");
+  container.setDataCache(data);
+  container.setConditionalCache(conditional);
+  const Lines before = contentsOf(model);
+  Model::Freezer::freeze(model);
+  EXPECT_EQ(raisedBy([&] { container.destroyContainer(); }),
+            "InvalidValue(nd.data.adapter.DataContainer.DataCache)");
+  EXPECT_EQ(contentsOf(model), before);
+  EXPECT_EQ(contentsOf(data), Lines{"gain: 1x1 double = 1"});
+  EXPECT_EQ(contentsOf(conditional), Lines{"offset: 1x1 double = 1"});
+}
+
+TEST_F(DataContainerTest, KeepsALoneConditionalWorkspaceInAFrozenModel) {
+  const Workspace conditional = makeWorkspace("offset");
+  container.setConditionalCache(conditional);
+  Model::Freezer::freeze(model);
+  EXPECT_EQ(raisedBy([&] { container.destroyContainer(); }),
+            "InvalidValue(nd.data.adapter.DataContainer.ConditionalCache)");
+  EXPECT_EQ(container.conditionalCache(), conditional);
+  EXPECT_EQ(contentsOf(conditional), Lines{"offset: 1x1 double = 1"});
+}
+
+TEST_F(DataContainerTest, DoesNothingInAFrozenModelWhereThereIsNoWorkspace) {
+  Model::Freezer::freeze(model);
+  EXPECT_EQ(raisedBy([&] { container.destroyContainer(); }), "nothing");
+}
+
+TEST_F(DataContainerTest, KeepsTheConditionalWorkspaceOfAModelThatAnObserverFreezesMeanwhile) {
+  const Workspace data = makeWorkspace("gain");
+  const Workspace conditional = makeWorkspace("offset");
+  container.setDataCache(data);
+  container.setConditionalCache(conditional);
+  {
+    const AtEachNotice observer(model, [&] { Model::Freezer::freeze(model); });
+    EXPECT_EQ(raisedBy([&] { container.destroyContainer(); }),
+              "InvalidValue(nd.data.adapter.DataContainer.ConditionalCache)");
+  }
+  EXPECT_EQ(container.dataCache(), nullptr);
+  EXPECT_EQ(container.conditionalCache(), conditional);
+  EXPECT_TRUE(contentsOf(data).empty());
+  EXPECT_EQ(contentsOf(conditional), Lines{"offset: 1x1 double = 1"});
+}
+
+TEST_F(DataContainerTest, DoesNothingAsAProxyWhichHasNoWorkspaces) {
+  const Workspace data = makeWorkspace("gain");
+  container.setDataCache(data);
+  container.impl()->convertToProxy();
+  EXPECT_EQ(raisedBy([&] { container.destroyContainer(); }), "nothing");
+  EXPECT_TRUE(container.isProxy());
+  EXPECT_EQ(data.use_count(), 1);
+  EXPECT_EQ(contentsOf(data), Lines{"gain: 1x1 double = 1"});
+}
+
 TEST_F(DataContainerTest, RaisesWhenItIsNullOrDead) {
   const std::string raised = "InvalidValue(nd.data.adapter.DataContainer.destroyContainer)";
   EXPECT_EQ(raisedBy([] { DataContainer().destroyContainer(); }), raised);
