@@ -18,7 +18,9 @@ class ReleaseAtExit {
   ~ReleaseAtExit() {
     singleton_.model = lx::base::Model();
     // What was made anew meanwhile stays, for who asks later still.
-    if (!singleton_.element.isAlive()) singleton_.element = E();
+    if (singleton_.element.isAlive()) return;
+    singleton_.element = E();
+    singleton_.earlier.clear();
   }
 
  private:

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "nd_data_adapter/model/AdapterCacheV2.h"
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 
@@ -10,16 +13,22 @@ template <class E>
 struct Singleton {
   lx::base::Model model;
   E element;
+  std::vector<E> earlier;  // elements whose destruction an open transaction may undo
 
   /// Give the element. It is made when it is not there, and so is its model. One whose destruction was
   /// undone is there again.
   E get() {
     if (element.isAlive()) return element;
     if (!model.isAlive()) model = lx::base::Model::create();
-    for (const lx::base::ModelElement& each : model.impl()->roots()) {
-      if (auto* const found = dynamic_cast<typename E::Impl*>(each.impl())) return element = E(found);
+    for (const E& each : earlier) {
+      if (each.isAlive()) return element = each;
     }
-    return element = E::create(model);
+    if (!model.impl()->hasOpenTransaction()) earlier.clear();
+    earlier.reserve(earlier.size() + 1);
+    lx::base::Transaction making = model.impl()->beginTransaction(false);
+    earlier.push_back(std::exchange(element, E::create(model)));
+    making.commit();  // an observer that asks gets this one
+    return element;
   }
 };
 

@@ -100,6 +100,78 @@ TYPED_TEST(SingletonTest, IsMadeWithinATransactionAndGoesWithIt) {
   EXPECT_TRUE(TypeParam::getInstance().isAlive());
 }
 
+TYPED_TEST(SingletonTest, IsNeverAnElementThatSomebodyElseMadeInItsModel) {
+  const TypeParam former = TypeParam::getInstance();
+  const TypeParam foreign = TypeParam::create(former.getModel());
+  EXPECT_EQ(TypeParam::getInstance(), former);
+  former.destroy();
+  const TypeParam second = TypeParam::getInstance();
+  EXPECT_NE(second, foreign);
+  EXPECT_TRUE(second.isAlive());
+  EXPECT_EQ(second.getModel(), foreign.getModel());
+  EXPECT_EQ(TypeParam::getInstance(), second);
+}
+
+TYPED_TEST(SingletonTest, ComesBackBesideAForeignElementWhenItsEndIsUndone) {
+  const TypeParam former = TypeParam::getInstance();
+  const TypeParam foreign = TypeParam::create(former.getModel());
+  {
+    const Transaction abandoned = former.getModel().impl()->beginTransaction(false);
+    former.destroy();
+    const TypeParam inner = TypeParam::getInstance();
+    EXPECT_NE(inner, former);
+    EXPECT_NE(inner, foreign);
+  }
+  EXPECT_EQ(TypeParam::getInstance(), former);
+}
+
+TYPED_TEST(SingletonTest, ComesBackStepByStepWhenItsEndsAreUndoneOneByOne) {
+  const TypeParam first = TypeParam::getInstance();
+  const Model model = first.getModel();
+  {
+    const Transaction outer = model.impl()->beginTransaction(false);
+    first.destroy();
+    const TypeParam second = TypeParam::getInstance();
+    {
+      const Transaction inner = model.impl()->beginTransaction(false);
+      second.destroy();
+      const TypeParam third = TypeParam::getInstance();
+      EXPECT_NE(third, first);
+      EXPECT_NE(third, second);
+    }
+    EXPECT_EQ(TypeParam::getInstance(), second);
+  }
+  EXPECT_EQ(TypeParam::getInstance(), first);
+  EXPECT_EQ(model.impl()->numberOfElements(), 1U);
+}
+
+/// Asks for the singleton at the first notice of a model.
+template <class Element>
+class Asker final : private lx::base::ChangeObserver {
+ public:
+  explicit Asker(const Model& model) : model_(model) { model.impl()->addObserver(*this); }
+  Asker(const Asker&) = delete;
+  Asker& operator=(const Asker&) = delete;
+  ~Asker() override { model_.impl()->removeObserver(*this); }
+
+  std::vector<Element> seen;
+
+ private:
+  void changed(const lx::base::ChangeSet&) noexcept override { seen.push_back(Element::getInstance()); }
+
+  Model model_;
+};
+
+TYPED_TEST(SingletonTest, IsTheOneThatAnObserverOfItsMakingGets) {
+  TypeParam former = TypeParam::getInstance();
+  const Model model = former.getModel();
+  former.destroy();
+  const Asker<TypeParam> asker(model);
+  const TypeParam made = TypeParam::getInstance();
+  EXPECT_EQ(asker.seen, std::vector<TypeParam>{made});
+  EXPECT_EQ(model.impl()->numberOfElements(), 1U);
+}
+
 class TwoSingletons : public support::BrokerTest {
  protected:
   static AdapterRegistryV2 registry() { return AdapterRegistryV2::getInstance(); }
@@ -230,6 +302,41 @@ TEST_F(TwoSingletons, BearAPrototypeThatChangesTheRegistryInItsEnd) {
   EXPECT_EQ(support::raisedBy([&] { dying.destroy(); }), "nothing");
   EXPECT_FALSE(dying.isAlive());
   EXPECT_EQ(ProbeAdapter::live(), 0U);
+}
+
+// What is made within a transaction that is abandoned
+
+TEST_F(TwoSingletons, TakeARegistryThatWasMadeInAnAbandonedTransactionBackWithItsPrototypes) {
+  const Model model = registry().getModel();
+  registry().destroy();
+  AdapterRegistryV2 inner;
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    inner = registry();
+    registerProbe(u"a");
+    EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
+  }
+  EXPECT_EQ(calls(), Lines{"a.~"});
+  EXPECT_FALSE(inner.isAlive());
+  EXPECT_NE(registry(), inner);
+  EXPECT_TRUE(stateOfBroker().empty());
+}
+
+TEST_F(TwoSingletons, TakeACacheThatWasMadeInAnAbandonedTransactionBackAndItsAdaptersUnclosed) {
+  registerProbe(u"a");
+  const Model model = cache().getModel();
+  cache().destroy();
+  AdapterCacheV2 inner;
+  {
+    const Transaction abandoned = model.impl()->beginTransaction(false);
+    inner = cache();
+    EXPECT_TRUE(AdapterManagerV2::openSource(u"x.test", u"s", {}));
+    EXPECT_EQ(stateOfBroker(), (Lines{"registered a: a", "open x.test::s: a'1"}));
+    calls();
+  }
+  EXPECT_EQ(calls(), Lines{"a'1.~"});
+  EXPECT_FALSE(inner.isAlive());
+  EXPECT_EQ(stateOfBroker(), Lines{"registered a: a"});
 }
 
 // What is asked of entries without an adapter
