@@ -284,6 +284,29 @@ TEST_F(AdapterRegistryV2Questions, StopsAtTheFirstAdapterThatListsTheExtension) 
   EXPECT_EQ(calls().size(), 3U);
 }
 
+TEST_F(AdapterRegistryV2Questions, TakesTheExtensionsAsTheyAreAtTheMomentOfTheQuestion) {
+  const std::shared_ptr<ProbeAdapter> probe = registerProbe(u"a");
+  EXPECT_TRUE(registry.isAdapterRegisteredByExtension(u".test"));
+  EXPECT_EQ(registry.getDisplayList(), Names{u".test : a"});
+  EXPECT_EQ(adaptersFor(u"x.test"), Lines{"a"});
+
+  probe->script().extensions = {u".other", u".more"};
+  EXPECT_FALSE(registry.isAdapterRegisteredByExtension(u".test"));
+  EXPECT_TRUE(registry.isAdapterRegisteredByExtension(u".more"));
+  EXPECT_EQ(registry.getDisplayList(), (Names{u".other : a", u".more : a"}));
+  EXPECT_EQ(adaptersFor(u"x.test"), Lines{});
+  EXPECT_EQ(adaptersFor(u"x.other"), Lines{"a"});
+}
+
+TEST_F(AdapterRegistryV2Questions, AsksEachTimeAlsoWhatItAskedJustBefore) {
+  registerProbe(u"a");
+  for (int time = 0; time < 2; ++time) registry.isAdapterRegisteredByExtension(u".test");
+  EXPECT_EQ(calls(), (Lines{"a.getSupportedExtensions", "a.getSupportedExtensions"}));
+  for (int time = 0; time < 2; ++time) registry.getDisplayList();
+  EXPECT_EQ(calls(), (Lines{"a.getSupportedExtensions", "a.getAdapterName", "a.getSupportedExtensions",
+                            "a.getAdapterName"}));
+}
+
 // Lists
 
 TEST_F(AdapterRegistryV2Questions, ShowsALineForEachExtensionInTheAdaptersOwnOrder) {

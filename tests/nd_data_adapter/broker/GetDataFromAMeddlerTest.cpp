@@ -1,6 +1,7 @@
 // Adapters that, while they are asked for data, change what the broker works with.
 
 #include "nd_data_adapter/model/MetaDataEntry.h"
+#include "platform/services/Diagnostic.h"
 #include "tests/nd_data_adapter/broker/GetDataTest.h"
 #include "tests/support/Thrown.h"
 #include "tests/support/describe.h"
@@ -50,6 +51,35 @@ TEST_F(GetDataFromAMeddler, RaisesWhenTheAdapterDestroysWhatIsToBeFilledOrStated
   log->at("a'1.getData", [&] { tmpModel.destroy(); });
   EXPECT_EQ(raisedBy([&] { AdapterManagerV2::getData(u"x.test", u"s", other, u"", tmpModel); }),
             "InvalidValue(nd.data.adapter.AdapterError.getId)");
+}
+
+TEST_F(GetDataFromAMeddler, RaisesWhenTheAdapterDestroysItsError) {
+  open();
+  script.getData = [](const Workspace&, ProbeScript::MetaDataCache&, const std::u16string&,
+                      AdapterError& stated) {
+    stated.destroy();
+    return true;
+  };
+  EXPECT_EQ(raisedBy([&] { get(); }), "InvalidValue(nd.data.adapter.AdapterError.getId)");
+  EXPECT_TRUE(contentsOf(tmpModel).empty());
+  EXPECT_EQ(controls(), (Names{u"old", u"older"}));
+}
+
+TEST_F(GetDataFromAMeddler, RaisesWhenTheAdapterMakesADiagnosticOfItsError) {
+  open();
+  std::size_t items = 0;
+  script.getData = [&](const Workspace&, ProbeScript::MetaDataCache&, const std::u16string&,
+                       AdapterError& stated) {
+    stated.setError(AdapterDiagnostic::HardError, u"message", u"adapter", u"source");
+    ndsvDiagnosticImpl* const diagnostic = AdapterError::convertAdapterErrorsToDiagnostic({stated});
+    items = ndsvGetNumItemsInDiagnostic(diagnostic);
+    ndsvDestroyDiagnostic(diagnostic);
+    return true;
+  };
+  EXPECT_EQ(raisedBy([&] { get(); }), "InvalidValue(nd.data.adapter.AdapterError.getId)");
+  EXPECT_EQ(items, 1U);
+  EXPECT_TRUE(contentsOf(tmpModel).empty());
+  EXPECT_EQ(controls(), (Names{u"old", u"older"}));
 }
 
 // Adapters that take the handles for their own

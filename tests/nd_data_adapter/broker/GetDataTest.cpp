@@ -120,6 +120,24 @@ TEST_F(GetData, GivesTheErrorThatTheAdapterStates) {
   EXPECT_EQ(calls(), Lines{"a'1.getData()"}) << "variants are not asked for";
 }
 
+TEST_F(GetData, EndsWithAnyValueThatIsNotNoDiagnosticAlsoOneOutsideTheKinds) {
+  open();
+  script.hasVariants = true;
+  script.controls = {u"new"};
+  for (const int value : {8, -1}) {
+    SCOPED_TRACE(value);
+    script.getData = [&](const Workspace&, ProbeScript::MetaDataCache&, const std::u16string&,
+                         AdapterError& stated) {
+      stated.setError(static_cast<AdapterDiagnostic>(value), u"message", u"adapter", u"source");
+      return true;
+    };
+    const AdapterError result = get();
+    EXPECT_EQ(static_cast<int>(result.getId()), value) << "given as it is";
+    EXPECT_EQ(calls(), Lines{"a'1.getData()"}) << "variants are not asked for";
+    EXPECT_EQ(controls(), (Names{u"old", u"older"}));
+  }
+}
+
 TEST_F(GetData, TakesTextsWithoutADiagnosticForNoError) {
   open();
   script.getData = [](const Workspace&, ProbeScript::MetaDataCache&, const std::u16string&,

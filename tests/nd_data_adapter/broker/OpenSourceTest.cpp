@@ -48,6 +48,18 @@ TEST_F(OpenSource, AsksTheExtensionsThenTheSectionsThenTheNameThenMakesAndOpensA
                             "b.getAdapterName", "b.clone", "b'1.open(x.test)"}));
 }
 
+TEST_F(OpenSource, TakesTheNameForTheSectionOfAnAdapterWithoutASectionOfItsOwn) {
+  support::ProbeScript script;
+  script.name = u"a";
+  EXPECT_TRUE(AdapterManagerV2::registerCPPAdapter(std::make_shared<ProbeAdapter>(log, script)));
+  calls();
+  EXPECT_TRUE(open(u"x.test", u"a"));
+  EXPECT_EQ(calls(), (Lines{"a.getSupportedExtensions", "a.getSectionName", "a.getAdapterName",
+                            "a.getAdapterName", "a.clone", "a'1.open(x.test)"}))
+      << "the name is asked for as the section, and once more as the name";
+  EXPECT_EQ(stateOfBroker(), (Lines{"registered a: a", "open x.test::a: a'1"}));
+}
+
 TEST_F(OpenSource, FilesTheNewAdapterUnderSourceAndSection) {
   registerProbe(u"a");
   EXPECT_TRUE(open(u"x.test", u"s"));

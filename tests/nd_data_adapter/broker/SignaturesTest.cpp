@@ -12,6 +12,7 @@
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "nd_data_adapter/model/CPPAdapterV2Entry.h"
 #include "nd_data_adapter/model/DataContainer.h"
+#include "nd_data_adapter/model/MetaDataEntry.h"
 #include "platform/services/Diagnostic.h"
 
 using namespace nd::data::adapter;
@@ -119,6 +120,84 @@ TEST(Signatures, OfAnEntryAndOfAnErrorsElement) {
   EXPECT_TRUE((isMember<Error, Text()>(&Error::getSource)));
 }
 
+TEST(Signatures, OfAnEntrysHandleAreConst) {
+  using Handle = CPPAdapterV2Entry;
+  EXPECT_TRUE((isMember<Handle, Text() const>(&Handle::adapterName)));
+  EXPECT_TRUE((isMember<Handle, Adapter() const>(&Handle::adapter)));
+  EXPECT_TRUE((isMember<Handle, void(const Text&) const>(&Handle::setName)));
+  EXPECT_TRUE((isMember<Handle, void(const Adapter&) const>(&Handle::setAdapter)));
+  EXPECT_TRUE((isMember<Handle::Impl, void(const Adapter&)>(&Handle::Impl::setAdapter)));
+}
+
+TEST(Signatures, OfAConfiguration) {
+  using Handle = AdapterConfig;
+  EXPECT_TRUE((isMember<Handle, Text() const>(&Handle::adapterName)));
+  EXPECT_TRUE((isMember<Handle, Text() const>(&Handle::section)));
+  EXPECT_TRUE((isMember<Handle, AdapterType() const>(&Handle::adapterType)));
+  EXPECT_TRUE((isMember<Handle, bool() const>(&Handle::supportsReading)));
+  EXPECT_TRUE((isMember<Handle, bool() const>(&Handle::supportsWriting)));
+  EXPECT_TRUE((isMember<Handle, void(const Text&) const>(&Handle::setAdapterName)));
+  EXPECT_TRUE((isMember<Handle, void(const Text&) const>(&Handle::setSection)));
+  EXPECT_TRUE((isMember<Handle, void(const AdapterType&) const>(&Handle::setAdapterType)));
+  EXPECT_TRUE((isMember<Handle, void(const bool&) const>(&Handle::setSupportsReading)));
+  EXPECT_TRUE((isMember<Handle, void(const bool&) const>(&Handle::setSupportsWriting)));
+}
+
+TEST(Signatures, OfAConfigurationsElement) {
+  using Impl = AdapterConfig::Impl;
+  EXPECT_TRUE((isMember<Impl, void(const Text&)>(&Impl::setAdapterName)));
+  EXPECT_TRUE((isMember<Impl, void(const Text&)>(&Impl::setSection)));
+  EXPECT_TRUE((isMember<Impl, void(const AdapterType&)>(&Impl::setAdapterType)));
+  EXPECT_TRUE((isMember<Impl, void(const bool&)>(&Impl::setSupportsReading)));
+  EXPECT_TRUE((isMember<Impl, void(const bool&)>(&Impl::setSupportsWriting)));
+}
+
+// Containers and metadata
+
+using Workspace = boost::shared_ptr<inWorkSpace_tag>;
+using Controls = lx::base::PrimitiveSequence<Text>;
+using MetaData = lx::base::ElementMultimap<Text, MetaDataEntry>;
+
+TEST(Signatures, OfAContainer) {
+  using Handle = DataContainer;
+  using CreateInto = MetaDataEntry(const MetaDataEntry::BuilderWrapper&, const Uuid&) const;
+  EXPECT_TRUE((isMember<Handle, Workspace() const>(&Handle::dataCache)));
+  EXPECT_TRUE((isMember<Handle, Workspace() const>(&Handle::conditionalCache)));
+  EXPECT_TRUE((isMember<Handle, const Controls&() const>(&Handle::conditionControls)));
+  EXPECT_TRUE((isMember<Handle, Model() const>(&Handle::dataModel)));
+  EXPECT_TRUE((isMember<Handle, const MetaData&() const>(&Handle::metaDataCache)));
+  EXPECT_TRUE((isMember<Handle, void(const Workspace&) const>(&Handle::setDataCache)));
+  EXPECT_TRUE((isMember<Handle, void(const Workspace&) const>(&Handle::setConditionalCache)));
+  EXPECT_TRUE((isMember<Handle, Controls&() const>(&Handle::getConditionControlsMutable)));
+  EXPECT_TRUE((isMember<Handle, void(const Model&) const>(&Handle::setDataModel)));
+  EXPECT_TRUE((isMember<Handle, MetaData&() const>(&Handle::getMetaDataCacheMutable)));
+  EXPECT_TRUE((isMember<Handle, CreateInto>(&Handle::createIntoMetaDataCache)));
+  EXPECT_TRUE((isMember<Handle, void() const>(&Handle::destroyContainer)));
+  EXPECT_TRUE((isMember<Handle::Impl, void()>(&Handle::Impl::destroyContainer)));
+}
+
+TEST(Signatures, OfMetadata) {
+  using Handle = MetaDataEntry;
+  using lx::base::ModelElement;
+  using CreateInto = ModelElement(const ModelElement::BuilderWrapper&, const Uuid&) const;
+  EXPECT_TRUE((isMember<Handle, Text() const>(&Handle::name)));
+  EXPECT_TRUE((isMember<Handle, ModelElement() const>(&Handle::value)));
+  EXPECT_TRUE((isMember<Handle, bool() const>(&Handle::hasValue)));
+  EXPECT_TRUE((isMember<Handle, void(const Text&) const>(&Handle::setName)));
+  EXPECT_TRUE((isMember<Handle, void(const ModelElement&) const>(&Handle::setValue)));
+  EXPECT_TRUE((isMember<Handle, CreateInto>(&Handle::createIntoValue)));
+}
+
+TEST(Signatures, OfMetadatasElement) {
+  using Impl = MetaDataEntry::Impl;
+  using lx::base::ModelElement;
+  EXPECT_TRUE((isMember<Impl, Text() const>(&Impl::getName)));
+  EXPECT_TRUE((isMember<Impl, ModelElement() const>(&Impl::getValue)));
+  EXPECT_TRUE((isMember<Impl, bool() const>(&Impl::hasValue)));
+  EXPECT_TRUE((isMember<Impl, void(const Text&)>(&Impl::setName)));
+  EXPECT_TRUE((isMember<Impl, void(const ModelElement&)>(&Impl::setValue)));
+}
+
 TEST(Signatures, OfTheConversionOfErrors) {
   using Convert = ndsvDiagnosticImpl*(const std::vector<AdapterError>&);
   EXPECT_TRUE((isStatic<Convert>(&AdapterError::convertAdapterErrorsToDiagnostic)));
@@ -157,6 +236,62 @@ TEST(Handles, OfTheRegistryHideItsMap) {
   EXPECT_TRUE(AsksForTheRegistrysMap<AdapterRegistryV2::Impl>);
   EXPECT_TRUE(ChangesTheRegistrysMap<AdapterRegistryV2::Impl>);
   EXPECT_TRUE(MakesEntriesOfTheRegistry<AdapterRegistryV2::Impl>);
+}
+
+template <class T>
+concept ReadsTheCachesMap = requires(const T& object) {
+  object.cPPCache();
+};
+template <class T>
+concept AsksForTheCachesMap = requires(const T& object) {
+  object.hasCPPCache();
+};
+template <class T>
+concept ChangesTheCachesMap = requires(T& object) {
+  object.getCPPCacheMutable();
+};
+template <class T>
+concept MakesEntriesOfTheCache = requires(T& object, const CPPAdapterV2Entry::BuilderWrapper& builder) {
+  object.createIntoCPPCache(builder);
+};
+template <class T>
+concept GivesTheCachesMap = requires(const T& object) {
+  object.getCPPCache();
+};
+
+/// A handle that makes public what is protected.
+struct OpenCache : AdapterCacheV2 {
+  using AdapterCacheV2::cPPCache;
+};
+
+TEST(Handles, OfTheCacheHideItsMap) {
+  EXPECT_FALSE(ReadsTheCachesMap<AdapterCacheV2>);
+  EXPECT_FALSE(AsksForTheCachesMap<AdapterCacheV2>);
+  EXPECT_FALSE(ChangesTheCachesMap<AdapterCacheV2>);
+  EXPECT_FALSE(MakesEntriesOfTheCache<AdapterCacheV2>);
+  EXPECT_FALSE(GivesTheCachesMap<AdapterCacheV2>);
+  EXPECT_TRUE(ReadsTheCachesMap<OpenCache>) << "it is there for subclasses";
+  EXPECT_TRUE(AsksForTheCachesMap<AdapterCacheV2::Impl>);
+  EXPECT_TRUE(ChangesTheCachesMap<AdapterCacheV2::Impl>);
+  EXPECT_TRUE(MakesEntriesOfTheCache<AdapterCacheV2::Impl>);
+  EXPECT_TRUE(GivesTheCachesMap<AdapterCacheV2::Impl>);
+}
+
+template <class T>
+concept SetsTheAdapterName = requires(T& object) {
+  object.setAdapterName(u"");
+};
+template <class T>
+concept SetsTheName = requires(T& object) {
+  object.setName(u"");
+};
+
+TEST(Handles, OfAnEntryHaveNoSetterOfItsReadOnlyName) {
+  EXPECT_FALSE(SetsTheAdapterName<CPPAdapterV2Entry>);
+  EXPECT_FALSE(SetsTheAdapterName<CPPAdapterV2Entry::Impl>);
+  EXPECT_TRUE(SetsTheName<CPPAdapterV2Entry>);
+  EXPECT_TRUE(SetsTheName<CPPAdapterV2Entry::Impl>);
+  EXPECT_TRUE(SetsTheAdapterName<AdapterConfig>) << "a property that can be written has one";
 }
 
 template <class T>

@@ -95,7 +95,7 @@ TEST(TestV2AdapterClass, DerivesFromTheContractInPrivate) {
 }
 
 TEST(TestV2AdapterClass, GivesItselfAsAnAdapterOnly) {
-  EXPECT_TRUE((std::is_same_v<decltype(TestV2Adapter::make()), std::shared_ptr<CPPAdapterV2>>));
+  EXPECT_TRUE((std::is_same_v<decltype(&TestV2Adapter::make), std::shared_ptr<CPPAdapterV2> (*)()>));
   EXPECT_NE(TestV2Adapter::make(), TestV2Adapter::make());
   EXPECT_EQ(TestV2Adapter::make().use_count(), 1);
 }
