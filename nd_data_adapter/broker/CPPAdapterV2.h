@@ -63,7 +63,7 @@ class ND_DATA_ADAPTER_EXPORT CPPAdapterV2 {
   /// regard to case and to canonically equal spellings.
   virtual std::vector<std::u16string> getSupportedExtensions() = 0;
 
-  /// Names the part of a source that this adapter serves; the adapter's name unless overridden. Sections are
+  /// Name the part of a source that this adapter serves; the adapter's name unless overridden. Sections are
   /// compared exactly.
   virtual std::u16string getSectionName();
 
@@ -76,8 +76,8 @@ class ND_DATA_ADAPTER_EXPORT CPPAdapterV2 {
   /// Tell whether the adapter can write the source. Asked of the prototype.
   virtual bool supportsWriting(const std::u16string& source) = 0;
 
-  /// Bind this object to the source. The answer becomes that of `AdapterManagerV2::openSource`; after false
-  /// the opening stands all the same, so that the next read can say what is wrong.
+  /// Bind this object to the source. The answer becomes that of `AdapterManagerV2::openSource`; after false,
+  /// and after an exception, the opening stands all the same, so that the next read can say what is wrong.
   virtual bool open(const std::u16string& source) = 0;
 
   /// End the opening. Called only when the whole cache of opened sources goes away.
@@ -108,12 +108,12 @@ class ND_DATA_ADAPTER_EXPORT CPPAdapterV2 {
   /// Tell whether the data depends on condition controls; false unless overridden.
   virtual bool hasVariants();
 
-  /// Names the condition controls; none unless overridden.
+  /// Name the condition controls; none unless overridden.
   virtual std::vector<std::u16string> getVariantControls();
 
   /// Bring `conditionalCache` up to date for the controls that `cccr` reports changed.
   ///
-  /// Unless overridden: clears the workspace, states `Unsupported` with empty texts, and answers false.
+  /// Unless overridden: clear the workspace, state `Unsupported` with empty texts, and answer false.
   virtual bool getConditionalData(const Workspace& conditionalCache,
                                   const nd::data::adapter::ConditionControlChangeReport& cccr,
                                   const std::u16string& prevChecksum, nd::data::adapter::AdapterError& error);
