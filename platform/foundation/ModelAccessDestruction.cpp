@@ -173,9 +173,9 @@ void ModelAccess::killReplaced(Model::Impl& model, std::size_t toldBefore) {
 /// has a say in it, and it stands alone, or nobody hears that its container changes.
 bool ModelAccess::endsUnheard(const Element& element) noexcept {
   constexpr std::uint32_t Asked = Element::Alive | Element::Told | Element::Mute | Element::Composite;
+  if ((element.flags_ & Asked) != (Element::Alive | Element::Mute)) return false;
   const Model::Impl& model = *element.model_;
-  return (element.flags_ & Asked) == (Element::Alive | Element::Mute) &&
-         (element.slot_ == nullptr || model.observers_.empty()) && element.incoming_ == nullptr &&
+  return (element.slot_ == nullptr || model.observers_.empty()) && element.incoming_ == nullptr &&
          model.top_ == nullptr && !model.frozen_;
 }
 
