@@ -53,12 +53,14 @@ if(ND_SANITIZE OR ND_SANITIZE_THREAD)
   # Not every compiler says so itself.
   add_compile_definitions(ND_SANITIZED)
 endif()
+# Building is most of what checking with sanitizers takes: their reports need lines only, and what is not optimised is
+# compiled in half the time.
 if(ND_SANITIZE_THREAD)
-  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -O1)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=thread)
 endif()
 if(ND_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   add_link_options(-fsanitize=address,undefined)
   add_compile_definitions(_GLIBCXX_ASSERTIONS)
 endif()
