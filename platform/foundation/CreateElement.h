@@ -61,21 +61,6 @@ E createElement(const char* operation, const Model& model, const boost::uuids::u
     return createTold<E>(model, uuid);
 }
 
-/// The element on which an operation is called, held until the operation has returned: whom it lets act may
-/// destroy the element and let go of the caller's handle. Raises `InvalidValue` that names the operation if
-/// the element is gone.
-template <class ImplT>
-class Called {
- public:
-  Called(ModelElement::Impl& element, const char* operation) : element_(&element) {
-    element.checkAlive(operation);
-  }
-  ImplT* operator->() const noexcept { return static_cast<ImplT*>(element_.impl()); }
-
- private:
-  ModelElement element_;
-};
-
 }  // namespace lx::base::detail
 
 namespace lx::base {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <type_traits>
 
+#include "platform/foundation/ModelElement.h"
 #include "platform/foundation/Report.h"
 #include "platform/foundation/meta/MetaImpl.h"
 
@@ -22,8 +23,12 @@ template <auto Getter>
 struct Derived;
 template <class ImplT, class T, T (ImplT::*Getter)() const>
 struct Derived<Getter> {
-  /// Give the value; the type's zero if the element is gone.
-  static T get(const ImplT& self) { return self.isAlive() ? (self.*Getter)() : T{}; }
+  /// Give the value; the type's zero if the element is gone. The getter may come to let go of the handle
+  /// through which it was called.
+  static T get(const ImplT& self) {
+    const ModelElement held(const_cast<ImplT*>(&self));
+    return self.isAlive() ? (self.*Getter)() : T{};
+  }
 
   /// Tell whether there is a value: an element, or what an optional holds.
   static bool has(const ImplT& self) {

@@ -107,6 +107,8 @@ class Metamodel(Members):
         own = {f'"{self.headers}/{self.metapackage}.h"', '"platform/foundation/CreateElement.h"'}
         if class_.derived:
             own.add('"platform/foundation/DerivedProperty.h"')
+        if any(each.is_public and not each.is_static for each in class_.operations):
+            own.add('"platform/foundation/Called.h"')
         if any(each.narrowed for each in class_.overrides):
             own.add('"platform/foundation/Cast.h"')
         own |= {self.header(type_) for type_ in class_.uses() if type_.kind == "class" and type_ is not class_.type}
