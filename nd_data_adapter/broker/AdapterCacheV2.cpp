@@ -21,8 +21,10 @@ bool AdapterCacheV2::Impl::addCPPAdapterToCache(const std::shared_ptr<CPPAdapter
 
 bool AdapterCacheV2::Impl::removeCPPAdapterFromCache(const std::u16string& adapterQualifier) {
   checkAlive("nd.data.adapter.AdapterCacheV2.removeCPPAdapterFromCache");
-  if (!cPPCache_.contains(adapterQualifier)) return false;
-  detail::removeEntry(getCPPCacheMutable(), adapterQualifier);
+  const CPPAdapterV2Entry entry = cPPCache_.find(adapterQualifier);
+  if (!entry) return false;
+  getCPPCacheMutable();  // raises if the cache can't be changed
+  detail::removeEntry(entry);
   return true;
 }
 
@@ -41,15 +43,16 @@ void AdapterCacheV2::Impl::aboutToDestroy() {
   checkAlive("nd.data.adapter.AdapterCacheV2.aboutToDestroy");
   const lx::base::FinalChanges finality(*this);
   lx::base::Transaction transaction = getModel().impl()->beginTransaction(false);
-  // An adapter may change the cache while it is closed, its own entry too, so the walk goes by key.
+  // An adapter may change the cache while it is closed, so the walk goes by key, once: what it adds before
+  // that key stays as it is.
   std::u16string qualifier;
   for (CPPAdapterV2Entry entry = cPPCache_.first(); entry; entry = cPPCache_.findGreater(qualifier)) {
     qualifier = entry.adapterName();
     const std::shared_ptr<CPPAdapterV2> adapter = entry.adapter();
     if (!adapter) continue;
     adapter->close();
-    const bool isStillThere = entry.impl()->container() == this && !entry.isProxy();
-    if (isStillThere) entry.setAdapter(nullptr);
+    // It may have taken its own entry away or made it a proxy: then there is nothing more to let go of here.
+    if (entry.impl()->container() == this && !entry.isProxy()) entry.setAdapter(nullptr);
   }
   transaction.commit();
 }

@@ -34,13 +34,12 @@ void addEntry(AdapterEntries& entries, const std::u16string& key,
   transaction.commit();
 }
 
-void removeEntry(AdapterEntries& entries, const std::u16string& key) {
-  const CPPAdapterV2Entry entry = entries.find(key);
+void removeEntry(const CPPAdapterV2Entry& entry) {
   const std::shared_ptr<CPPAdapterV2> adapter = entry.adapter();  // so that it goes last
-  const lx::base::Model model = entries.getModel();
-  if (!model.impl()->hasOpenTransaction()) return entry.destroy();
+  const lx::base::Model model = entry.getModel();
+  if (!model.impl()->hasOpenTransaction()) return entry.destroy();  // which needs no memory
   lx::base::Transaction transaction = model.impl()->beginTransaction(false);
-  entry.setAdapter(nullptr);  // while the owner of the entries ends, this lets go of it at once
+  entry.setAdapter(nullptr);  // while the owner of the entries ends, this is final: no undo brings it back
   entry.destroy();
   transaction.commit();
 }

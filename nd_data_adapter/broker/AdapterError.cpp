@@ -72,7 +72,8 @@ std::u16string AdapterError::Impl::getSource() {
 ndsvDiagnosticImpl* AdapterError::convertAdapterErrorsToDiagnostic(
     const std::vector<AdapterError>& errorMsgs) {
   DiagnosticPtr result;
-  // Whom the making of a diagnostic lets act may change the caller's list and handles.
+  // Whom the making of a diagnostic lets act may change the caller's list and handles: each is a handle of
+  // our own, taken by index.
   for (std::size_t at = 0; at < errorMsgs.size(); ++at) {
     const AdapterError error(errorMsgs[at].impl());
     if (!error.isAlive()) continue;

@@ -52,8 +52,10 @@ bool AdapterRegistryV2::Impl::registerCPPAdapter(const std::shared_ptr<CPPAdapte
 
 bool AdapterRegistryV2::Impl::unregisterCPPAdapter(const std::u16string& adapterName) {
   checkAlive("nd.data.adapter.AdapterRegistryV2.unregisterCPPAdapter");
-  if (!cPPRegistry_.contains(adapterName)) return false;
-  detail::removeEntry(getCPPRegistryMutable(), adapterName);
+  const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
+  if (!entry) return false;
+  getCPPRegistryMutable();  // raises if the registry can't be changed
+  detail::removeEntry(entry);
   return true;
 }
 
@@ -71,8 +73,8 @@ std::shared_ptr<CPPAdapterV2> AdapterRegistryV2::Impl::getCPPAdapterForStaticUse
   checkAlive("nd.data.adapter.AdapterRegistryV2.getCPPAdapterForStaticUse");
   const CPPAdapterV2Entry entry = cPPRegistry_.find(adapterName);
   if (!entry) return nullptr;
-  // The pointer is taken in a transaction that ends here, uncommitted: there is nothing to tell anybody.
-  const lx::base::Transaction taking = getModel().impl()->beginTransaction(false);
+  // Never committed: nobody is told of it, and a frozen registry lends nothing.
+  const lx::base::Transaction lending = getModel().impl()->beginTransaction(false);
   return entry.adapter();
 }
 

@@ -7,7 +7,7 @@ namespace nd::data::adapter {
 
 void DataContainer::Impl::destroyContainer() {
   checkAlive("nd.data.adapter.DataContainer.destroyContainer");
-  // What can't be let go of is not cleared either: variables don't come back.
+  // What is read-only is not cleared either: variables don't come back.
   if (getDataCache()) {
     checkWritable(metaClass().property(u"DataCache").getIndex());
     inClearArraysInDesiredWS(getDataCache());

@@ -17,10 +17,9 @@ class ReleaseAtExit {
   ReleaseAtExit& operator=(const ReleaseAtExit&) = delete;
   ~ReleaseAtExit() {
     singleton_.model = lx::base::Model();
-    // What was made anew meanwhile stays, for who asks later still.
-    if (singleton_.element.isAlive()) return;
-    singleton_.element = E();
     singleton_.earlier.clear();
+    // What a client's handle of the model keeps alive stays the singleton, for who asks later still.
+    if (!singleton_.element.isAlive()) singleton_.element = E();
   }
 
  private:

@@ -17,8 +17,8 @@ using AdapterEntries = lx::base::ElementMap<std::u16string, CPPAdapterV2Entry>;
 void addEntry(AdapterEntries& entries, const std::u16string& key,
               const std::shared_ptr<CPPAdapterV2>& adapter);
 
-/// Remove the entry of a key that is there, in one transaction. The adapter is let go of last, when nothing
-/// is open any more and its entry is gone.
-void removeEntry(AdapterEntries& entries, const std::u16string& key);
+/// Remove an entry in one transaction. Its adapter is let go of last, when that transaction is committed and
+/// the entry is gone; a transaction around it keeps both until its own end.
+void removeEntry(const CPPAdapterV2Entry& entry);
 
 }  // namespace nd::data::adapter::detail

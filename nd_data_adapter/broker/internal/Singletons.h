@@ -1,6 +1,5 @@
 #pragma once
 
-#include <utility>
 #include <vector>
 
 #include "nd_data_adapter/model/AdapterCacheV2.h"
@@ -13,7 +12,7 @@ template <class E>
 struct Singleton {
   lx::base::Model model;
   E element;
-  std::vector<E> earlier;  // elements whose destruction an open transaction may undo
+  std::vector<E> earlier;  // elements that are gone; an open transaction may undo the end of some
 
   /// Give the element. It is made when it is not there, and so is its model. One whose destruction was
   /// undone is there again.
@@ -24,10 +23,11 @@ struct Singleton {
       if (each.isAlive()) return element = each;
     }
     if (!model.impl()->hasOpenTransaction()) earlier.clear();
-    earlier.reserve(earlier.size() + 1);
+    if (element) earlier.push_back(element);
     lx::base::Transaction making = model.impl()->beginTransaction(false);
-    earlier.push_back(std::exchange(element, E::create(model)));
-    making.commit();  // an observer that asks gets this one
+    element = E::create(model);
+    // An observer that asks gets this one; one that destroys it leaves a dead one to the caller.
+    making.commit();
     return element;
   }
 };

@@ -8,6 +8,7 @@
 #include "platform/foundation/CreateElement.h"
 #include "platform/foundation/meta/Meta.h"
 #include "tests/nd_data_adapter/broker/ResolvedProxy.h"
+#include "tests/support/AtEachNotice.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
@@ -18,6 +19,7 @@ using lx::base::createProxy;
 using lx::base::Model;
 using lx::base::Transaction;
 using lx::base::Value;
+using support::AtEachNotice;
 using support::expectResolvedProxy;
 using support::Lines;
 using support::ModelWatch;
@@ -187,26 +189,11 @@ TEST_F(AdapterCacheV2Test, EndsAnAddedAdapterUnclosedWithTheTransactionAroundIt)
   EXPECT_TRUE(stateOfBroker().empty());
 }
 
-/// Removes a qualifier when it is told of a change, and notes that it has.
-class Remover final : public lx::base::ChangeObserver {
- public:
-  Remover(const AdapterCacheV2& cache, support::CallLog& log) : cache_(cache), log_(log) {
-    cache_.getModel().impl()->addObserver(*this);
-  }
-  ~Remover() override { cache_.getModel().impl()->removeObserver(*this); }
-
- private:
-  void changed(const lx::base::ChangeSet&) noexcept override {
-    if (cache_.removeCPPAdapterFromCache(u"q")) log_.note("removed q");
-  }
-
-  AdapterCacheV2 cache_;
-  support::CallLog& log_;
-};
-
 TEST_F(AdapterCacheV2Test, EndsAnAdapterThatAnObserverRemovesBeforeTheRemovalReturns) {
   store(u"q", u"a");
-  const Remover remover(cache, *log);
+  const AtEachNotice remover(model, [&] {
+    if (cache.removeCPPAdapterFromCache(u"q")) log->note("removed q");
+  });
   store(u"p", u"b");
   EXPECT_EQ(calls(), (Lines{"a.~", "removed q"}));
   EXPECT_EQ(stateOfBroker(), Lines{"open p: b"});
@@ -391,35 +378,6 @@ TEST_F(AdapterCacheV2Test, EndsWithItsProxiesAndClosesWhatIsLoaded) {
   cache.destroy();
   EXPECT_EQ(calls(), (Lines{"a.close", "a.~"}));
   EXPECT_FALSE(proxy.isAlive());
-}
-
-// Handles without an element
-
-TEST(AdapterCacheV2Handle, RaisesThroughANullHandle) {
-  const AdapterCacheV2 none;
-  const std::string name = "nd.data.adapter.AdapterCacheV2.";
-  EXPECT_EQ(raisedBy([&] { none.addCPPAdapterToCache(nullptr, u"q"); }),
-            "InvalidValue(" + name + "addCPPAdapterToCache)");
-  EXPECT_EQ(raisedBy([&] { none.removeCPPAdapterFromCache(u"q"); }),
-            "InvalidValue(" + name + "removeCPPAdapterFromCache)");
-  EXPECT_EQ(raisedBy([&] { none.getCPPAdapter(u"q"); }), "InvalidValue(" + name + "getCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { none.getAllAdapterQualifiers(); }),
-            "InvalidValue(" + name + "getAllAdapterQualifiers)");
-}
-
-TEST_F(AdapterCacheV2Test, RaisesWhenItIsDestroyed) {
-  cache.destroy();
-  const std::string name = "nd.data.adapter.AdapterCacheV2.";
-  EXPECT_EQ(raisedBy([&] { cache.addCPPAdapterToCache(makeProbe(u"a"), u"q"); }),
-            "InvalidValue(" + name + "addCPPAdapterToCache)");
-  EXPECT_EQ(raisedBy([&] { cache.removeCPPAdapterFromCache(u"q"); }),
-            "InvalidValue(" + name + "removeCPPAdapterFromCache)");
-  EXPECT_EQ(raisedBy([&] { cache.getCPPAdapter(u"q"); }), "InvalidValue(" + name + "getCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { cache.getAllAdapterQualifiers(); }),
-            "InvalidValue(" + name + "getAllAdapterQualifiers)");
-  EXPECT_EQ(raisedBy([&] { cache.impl()->addCPPAdapterToCache(makeProbe(u"a"), u"q"); }),
-            "InvalidValue(" + name + "addCPPAdapterToCache)")
-      << "also where the handle is passed by";
 }
 
 }  // namespace

@@ -315,6 +315,17 @@ TEST_F(GetAdapterConfig, RaisesForANullOrDeadModelAndAsksNobody) {
   EXPECT_TRUE(calls().empty());
 }
 
+TEST_F(GetAdapterConfig, RaisesForAFrozenModelAndAsksNobody) {
+  registerProbe(u"a");
+  FakeFirstGeneration::install(log).configNames = {u"z"};
+  Model::Freezer::freeze(model);
+  EXPECT_EQ(raisedBy([&] { AdapterManagerV2::getAdapterConfig(u"x.test", model); }),
+            "InvalidValue(Model.beginTransaction)");
+  EXPECT_EQ(calls(), Lines{});
+  EXPECT_TRUE(contentsOf(model).empty());
+  EXPECT_FALSE(model.impl()->hasOpenTransaction());
+}
+
 // AdapterConfig
 
 TEST(AdapterConfigElement, HasItsFivePropertiesInTheirOrder) {

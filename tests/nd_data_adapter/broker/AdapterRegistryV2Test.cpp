@@ -383,34 +383,4 @@ TEST_F(AdapterRegistryV2Test, EndsWithItsProxies) {
   EXPECT_FALSE(proxy.isAlive());
 }
 
-// Handles without an element
-
-/// Expects each operation of the registry to raise `InvalidValue` that names it.
-void expectEveryOperationToRaise(const AdapterRegistryV2& registry,
-                                 const std::shared_ptr<CPPAdapterV2>& adapter) {
-  const std::string name = "InvalidValue(nd.data.adapter.AdapterRegistryV2.";
-  EXPECT_EQ(raisedBy([&] { registry.registerCPPAdapter(adapter); }), name + "registerCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { registry.unregisterCPPAdapter(u"a"); }), name + "unregisterCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { registry.getNewCPPAdapter(u"a"); }), name + "getNewCPPAdapter)");
-  EXPECT_EQ(raisedBy([&] { registry.getCPPAdapterForStaticUse(u"a"); }), name + "getCPPAdapterForStaticUse)");
-  EXPECT_EQ(raisedBy([&] { registry.getCPPAdapterStaticForSource(u"x.test"); }),
-            name + "getCPPAdapterStaticForSource)");
-  EXPECT_EQ(raisedBy([&] { registry.getDisplayList(); }), name + "getDisplayList)");
-  EXPECT_EQ(raisedBy([&] { registry.getAllAdapterNames(); }), name + "getAllAdapterNames)");
-  EXPECT_EQ(raisedBy([&] { registry.isAdapterRegisteredByName(u"a"); }), name + "isAdapterRegisteredByName)");
-  EXPECT_EQ(raisedBy([&] { registry.isAdapterRegisteredByExtension(u".test"); }),
-            name + "isAdapterRegisteredByExtension)");
-}
-
-TEST(AdapterRegistryV2Handle, RaisesThroughANullHandle) {
-  expectEveryOperationToRaise(AdapterRegistryV2(), nullptr);
-}
-
-TEST_F(AdapterRegistryV2Test, RaisesWhenItIsDestroyedAndAsksNothing) {
-  const std::shared_ptr<ProbeAdapter> registered = registerProbe(u"a");
-  registry.destroy();
-  expectEveryOperationToRaise(registry, makeProbe(u"b"));
-  EXPECT_EQ(calls(), Lines{"b.~"});
-}
-
 }  // namespace

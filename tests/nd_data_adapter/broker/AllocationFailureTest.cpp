@@ -189,6 +189,60 @@ TEST_F(BrokerAllocationFailure, MakesASingletonAtTheNextCall) {
             2U);  // the model and the element
 }
 
+TEST_F(BrokerAllocationFailure, MakesASingletonInItsModelAtTheNextCallAndTellsOfNoneThatCouldNotBeMade) {
+  bool isDestroyed = false;
+  std::size_t heardOfTheEnd = 0;
+  std::size_t failedMakings = 0;
+  const auto makeAnother = [&] {
+    isDestroyed = false;
+    AdapterRegistryV2::getInstance().destroy();
+    isDestroyed = true;
+    heardOfTheEnd = listener.notices;
+    AdapterRegistryV2::getInstance();
+  };
+  const auto check = [&](const Lines& before) {
+    EXPECT_EQ(state(), before);
+    EXPECT_TRUE(AdapterRegistryV2::getInstance().isAlive());
+    EXPECT_EQ(AdapterRegistryV2::getInstance().getModel().impl()->numberOfElements(), 1U);
+    if (!isDestroyed) return;
+    ++failedMakings;
+    // The fixture has asked for the registry since, and was the next to do so, before it stopped listening.
+    EXPECT_EQ(listener.notices, 2 * heardOfTheEnd);
+  };
+  failEach(nothing, makeAnother, check);
+  EXPECT_GE(failedMakings, 4U) << "the element's memory alone in each of the four runs";
+  EXPECT_EQ(heardOfTheEnd, 1U) << "the last run is observed";
+  EXPECT_TRUE(AdapterRegistryV2::getInstance().isAlive());
+}
+
+TEST_F(BrokerAllocationFailure,
+       GivesTheFormerSingletonBackWhenTheTransactionIsAbandonedThatCouldMakeNoOther) {
+  AdapterRegistryV2 former;
+  bool isDestroyed = false;
+  std::size_t failedMakings = 0;
+  const auto makeAnotherInVain = [&] {
+    isDestroyed = false;
+    const lx::base::Transaction abandoned = former.getModel().impl()->beginTransaction(false);
+    former.destroy();
+    isDestroyed = true;
+    AdapterRegistryV2::getInstance();
+  };
+  const auto expectTheFormer = [&] {
+    EXPECT_TRUE(former.isAlive());
+    EXPECT_EQ(AdapterRegistryV2::getInstance(), former);
+    EXPECT_EQ(former.getModel().impl()->numberOfElements(), 1U);
+    EXPECT_EQ(listener.notices, 0U);
+  };
+  failEach([&] { former = AdapterRegistryV2::getInstance(); }, makeAnotherInVain,
+           [&](const Lines& before) {
+             EXPECT_EQ(state(), before);
+             expectTheFormer();
+             if (isDestroyed) ++failedMakings;
+           });
+  EXPECT_GE(failedMakings, 4U) << "the element's memory alone in each of the four runs";
+  expectTheFormer();  // also where the other was made
+}
+
 TEST_F(BrokerAllocationFailure, FreesTheArrayOfATestAdapterThatCouldNotGiveItsData) {
   const std::size_t arraysBefore = hvGetLiveArrayCount();
   const std::shared_ptr<CPPAdapterV2> adapter = TestV2Adapter::make();

@@ -1,5 +1,3 @@
-#include <functional>
-
 #include <boost/uuid/uuid_io.hpp>
 
 #include "nd_data_adapter/model/ChangeTuple.h"
@@ -8,6 +6,7 @@
 #include "platform/foundation/meta/Meta.h"
 #include "platform/host/Workspace.h"
 #include "platform/host/hv.h"
+#include "tests/support/AtEachNotice.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
@@ -17,6 +16,7 @@ using namespace nd::data::adapter;
 using lx::base::Model;
 using lx::base::Transaction;
 using lx::base::ValueFlags;
+using support::AtEachNotice;
 using support::contentsOf;
 using support::Lines;
 using support::ModelWatch;
@@ -32,23 +32,6 @@ Workspace makeWorkspace(const std::string& name) {
   inAssignInDesiredWS(hvArrayPtr(hvCreateDoubleScalar(1)).get(), name, workspace);
   return workspace;
 }
-
-/// Runs a function at each notice of a model, for the time of a scope.
-class AtEachNotice final : private lx::base::ChangeObserver {
- public:
-  AtEachNotice(const Model& model, std::function<void()> look) : model_(model), look_(std::move(look)) {
-    model.impl()->addObserver(*this);
-  }
-  AtEachNotice(const AtEachNotice&) = delete;
-  AtEachNotice& operator=(const AtEachNotice&) = delete;
-  ~AtEachNotice() override { model_.impl()->removeObserver(*this); }
-
- private:
-  void changed(const lx::base::ChangeSet&) noexcept override { look_(); }
-
-  Model model_;
-  std::function<void()> look_;
-};
 
 class DataContainerTest : public support::BrokerTest {
  protected:

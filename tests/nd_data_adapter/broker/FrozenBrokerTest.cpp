@@ -33,7 +33,9 @@ const std::string modelIsReadOnly = "InvalidValue(Model.beginTransaction)";
 class FrozenBroker : public support::BrokerTest {
  protected:
   FrozenBroker() {
-    registerProbe(u"a");
+    const std::shared_ptr<ProbeAdapter> first = registerProbe(u"a");
+    first->script().checksum = u"17";
+    first->script().externalSources = {u"z.test"};
     registerProbe(u"b", u"other");
     EXPECT_TRUE(AdapterManagerV2::openSource(u"x.test", u"s", {}));
     calls();
@@ -176,8 +178,8 @@ TEST_F(FrozenBroker, AnswersAllQuestionsAboutOpenSources) {
   EXPECT_EQ(cache.getCPPAdapter(u"q"), nullptr);
   EXPECT_EQ(cache.getAllAdapterQualifiers(), Names{u"x.test::s"});
   EXPECT_EQ(AdapterManagerV2::getAllOpenedAdapterNamesWithSection(), Names{u"x.test::s"});
-  AdapterManagerV2::getChecksum(u"x.test", u"s");
-  AdapterManagerV2::getExternalSources(u"x.test", u"s");
+  EXPECT_EQ(AdapterManagerV2::getChecksum(u"x.test", u"s"), u"17");
+  EXPECT_EQ(AdapterManagerV2::getExternalSources(u"x.test", u"s"), Names{u"z.test"});
   EXPECT_EQ(calls(), (Lines{"a'1.getCurrentChecksum", "a'1.getExternalSources"}));
   expectNothingToHaveChanged();
 }

@@ -6,10 +6,10 @@
 
 #include "nd_data_adapter/model/AdapterError.h"
 #include "nd_data_adapter/model/DataContainer.h"
-#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/ModelImpl.h"
 #include "platform/host/Workspace.h"
 #include "platform/host/hv.h"
+#include "tests/support/AtEachNotice.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/Thrown.h"
 #include "tests/support/describe.h"
@@ -17,44 +17,35 @@
 using namespace nd::data::adapter;
 using lx::base::Model;
 using lx::base::Value;
+using support::AtEachNotice;
 using support::Lines;
 using support::raisedBy;
 
 namespace {
 
-/// Runs a function at the first notice of a model.
-class AtTheFirstNotice final : private lx::base::ChangeObserver {
- public:
-  AtTheFirstNotice(const Model& model, std::function<void()> act) : model_(model), act_(std::move(act)) {
-    model.impl()->addObserver(*this);
-  }
-  AtTheFirstNotice(const AtTheFirstNotice&) = delete;
-  AtTheFirstNotice& operator=(const AtTheFirstNotice&) = delete;
-  ~AtTheFirstNotice() override { model_.impl()->removeObserver(*this); }
+/// Destroys an element and lets go of its handle; does nothing where that has been done.
+template <class Handle>
+void endThrough(Handle& handle) {
+  const Handle last = std::exchange(handle, Handle());
+  if (last) last.destroy();
+}
 
- private:
-  void changed(const lx::base::ChangeSet&) noexcept override {
-    if (act_) std::exchange(act_, nullptr)();
-  }
-
-  Model model_;
-  std::function<void()> act_;
-};
-
-/// An element that, in one of its operations, has the caller let go of it, and notes when it ends.
+/// An element that lets its caller act in the midst of an operation, and notes when it ends.
 template <class Base>
 class LetGo : public Base {
  public:
   LetGo(const Model& model, Lines& lines) : Base(model, {}), lines_(&lines) {}
   ~LetGo() override { lines_->push_back("ends"); }
 
-  std::function<void()> letGo;
+  std::function<void()> whenCalled;
 
  protected:
-  void act() {
-    Lines& lines = *lines_;  // were this element to end now
-    const std::function<void()> act = std::exchange(letGo, nullptr);
-    if (act) act();
+  /// Lets the caller act, and then notes that the operation goes on. Nothing of the element is used behind
+  /// the act, so that one that has ended by then is seen in the order of the notes.
+  void run() {
+    Lines& lines = *lines_;
+    const std::function<void()> act = std::exchange(whenCalled, nullptr);
+    act();
     lines.push_back("goes on");
   }
 
@@ -66,7 +57,7 @@ class ErrorLetGo final : public LetGo<AdapterError::Impl> {
  public:
   using LetGo::LetGo;
   AdapterDiagnostic getId() override {
-    act();
+    run();
     return AdapterDiagnostic::HardError;
   }
 };
@@ -74,7 +65,7 @@ class ErrorLetGo final : public LetGo<AdapterError::Impl> {
 class ContainerLetGo final : public LetGo<DataContainer::Impl> {
  public:
   using LetGo::LetGo;
-  void destroyContainer() override { act(); }
+  void destroyContainer() override { run(); }
 };
 
 class HeldElement : public support::BrokerTest {
@@ -96,40 +87,28 @@ const Lines wentOnAndEnded{"goes on", "ends"};
 
 TEST_F(HeldElement, EndsBehindAnOperationThatIsCalledThroughItsLastHandle) {
   auto error = make<AdapterError, ErrorLetGo>();
-  static_cast<ErrorLetGo*>(error.impl())->letGo = [&] {
-    error.destroy();
-    error = AdapterError();
-  };
+  static_cast<ErrorLetGo*>(error.impl())->whenCalled = [&] { endThrough(error); };
   EXPECT_EQ(error.getId(), AdapterDiagnostic::HardError);
   EXPECT_EQ(lines, wentOnAndEnded);
 }
 
 TEST_F(HeldElement, EndsBehindAnOperationWithoutResult) {
   auto container = make<DataContainer, ContainerLetGo>();
-  static_cast<ContainerLetGo*>(container.impl())->letGo = [&] {
-    container.destroy();
-    container = DataContainer();
-  };
+  static_cast<ContainerLetGo*>(container.impl())->whenCalled = [&] { endThrough(container); };
   container.destroyContainer();
   EXPECT_EQ(lines, wentOnAndEnded);
 }
 
 TEST_F(HeldElement, EndsBehindAnOperationThatIsCalledByReflection) {
   auto error = make<AdapterError, ErrorLetGo>();
-  static_cast<ErrorLetGo*>(error.impl())->letGo = [&] {
-    error.destroy();
-    error = AdapterError();
-  };
+  static_cast<ErrorLetGo*>(error.impl())->whenCalled = [&] { endThrough(error); };
   EXPECT_EQ(error.invoke(u"getId", {}), Value(AdapterDiagnostic::HardError));
   EXPECT_EQ(lines, wentOnAndEnded);
 }
 
 TEST_F(HeldElement, RaisesWhenAnObserverDestroysTheErrorThatIsBeingSet) {
   AdapterError error = AdapterError::create(model);
-  const AtTheFirstNotice observer(model, [&] {
-    error.destroy();
-    error = AdapterError();
-  });
+  const AtEachNotice observer(model, [&] { endThrough(error); });
   EXPECT_EQ(raisedBy([&] { error.setError(AdapterDiagnostic::HardError, u"message", u"name", u"source"); }),
             "InvalidValue(nd.data.adapter.AdapterError.ErrorMessage)");
   EXPECT_EQ(model.impl()->numberOfElements(), 0U);
@@ -137,10 +116,7 @@ TEST_F(HeldElement, RaisesWhenAnObserverDestroysTheErrorThatIsBeingSet) {
 
 TEST_F(HeldElement, RaisesWhenAnObserverDestroysTheErrorThatIsBeingSetByReflection) {
   AdapterError error = AdapterError::create(model);
-  const AtTheFirstNotice observer(model, [&] {
-    error.destroy();
-    error = AdapterError();
-  });
+  const AtEachNotice observer(model, [&] { endThrough(error); });
   EXPECT_EQ(raisedBy([&] {
               error.invoke(u"setError", {Value(AdapterDiagnostic::HardError), Value(u"message"),
                                          Value(u"name"), Value(u"source")});
@@ -154,10 +130,7 @@ TEST_F(HeldElement, LeavesTheConditionalDataWhenAnObserverDestroysTheContainerMe
   inAssignInDesiredWS(hvArrayPtr(hvCreateDoubleScalar(1)).get(), "offset", conditional);
   container.setDataCache(inCreateWorkspace(1));
   container.setConditionalCache(conditional);
-  const AtTheFirstNotice observer(model, [&] {
-    container.destroy();
-    container = DataContainer();
-  });
+  const AtEachNotice observer(model, [&] { endThrough(container); });
   EXPECT_EQ(raisedBy([&] { container.destroyContainer(); }), "nothing");
   EXPECT_EQ(model.impl()->numberOfElements(), 0U);
   EXPECT_EQ(conditional.use_count(), 1);

@@ -299,6 +299,35 @@ TEST_F(ProcessExitDeathTest, KeepsTheRegistryThatIsMadeAnewWhileTheFormerModelEn
       ExitedWithCode(0), "^<end a><knows z>$");
 }
 
+TEST_F(ProcessExitDeathTest, ReleasesThePrototypesOfARegistryThatWasMadeAnew) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"a");
+        open(u"x.test");
+        AdapterRegistryV2::getInstance().destroy();
+        registerLoud(u"c");
+        registerLoud(u"b");
+        tell("exit");
+        std::exit(0);
+      },
+      ExitedWithCode(0), "^<end a><exit><close x.test><end x.test><end b><end c>$");
+}
+
+TEST_F(ProcessExitDeathTest, ClosesTheSourcesOfACacheThatWasMadeAnew) {
+  EXPECT_EXIT(
+      {
+        registerLoud(u"a");
+        open(u"x.test");
+        AdapterCacheV2::getInstance().destroy();
+        open(u"z.test");
+        open(u"y.test");
+        tell("exit");
+        std::exit(0);
+      },
+      ExitedWithCode(0),
+      "^<close x.test><end x.test><exit><close y.test><end y.test><close z.test><end z.test><end a>$");
+}
+
 TEST_F(ProcessExitDeathTest, MakesNewEmptySingletonsForAnAdapterThatAsksWhenTheyAreGone) {
   EXPECT_EXIT(
       {

@@ -3,6 +3,7 @@
 #include "nd_data_adapter/model/AdapterCacheV2.h"
 #include "nd_data_adapter/model/AdapterManagerV2.h"
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
+#include "tests/support/AtEachNotice.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
@@ -11,6 +12,7 @@
 using namespace nd::data::adapter;
 using lx::base::Model;
 using lx::base::Transaction;
+using support::AtEachNotice;
 using support::Lines;
 using support::ModelWatch;
 using support::ProbeAdapter;
@@ -145,30 +147,38 @@ TYPED_TEST(SingletonTest, ComesBackStepByStepWhenItsEndsAreUndoneOneByOne) {
   EXPECT_EQ(model.impl()->numberOfElements(), 1U);
 }
 
-/// Asks for the singleton at the first notice of a model.
-template <class Element>
-class Asker final : private lx::base::ChangeObserver {
- public:
-  explicit Asker(const Model& model) : model_(model) { model.impl()->addObserver(*this); }
-  Asker(const Asker&) = delete;
-  Asker& operator=(const Asker&) = delete;
-  ~Asker() override { model_.impl()->removeObserver(*this); }
-
-  std::vector<Element> seen;
-
- private:
-  void changed(const lx::base::ChangeSet&) noexcept override { seen.push_back(Element::getInstance()); }
-
-  Model model_;
-};
-
 TYPED_TEST(SingletonTest, IsTheOneThatAnObserverOfItsMakingGets) {
   TypeParam former = TypeParam::getInstance();
   const Model model = former.getModel();
   former.destroy();
-  const Asker<TypeParam> asker(model);
+  std::vector<TypeParam> seen;
+  const AtEachNotice observer(model, [&] { seen.push_back(TypeParam::getInstance()); });
   const TypeParam made = TypeParam::getInstance();
-  EXPECT_EQ(asker.seen, std::vector<TypeParam>{made});
+  EXPECT_EQ(seen, std::vector<TypeParam>{made});
+  EXPECT_EQ(model.impl()->numberOfElements(), 1U);
+}
+
+TYPED_TEST(SingletonTest, IsGoneAtOnceWhenAnObserverOfItsMakingDestroysItAndIsMadeAgainAtTheNextCall) {
+  const TypeParam former = TypeParam::getInstance();
+  const Model model = former.getModel();
+  former.destroy();
+  TypeParam destroyed;
+  const AtEachNotice observer(model, [&] {
+    if (destroyed) return;
+    destroyed = TypeParam::getInstance();
+    destroyed.destroy();
+  });
+  const TypeParam made = TypeParam::getInstance();
+  EXPECT_NE(made, former);
+  EXPECT_EQ(made, destroyed);
+  EXPECT_FALSE(made.isAlive());
+  EXPECT_EQ(model.impl()->numberOfElements(), 0U);
+
+  const TypeParam next = TypeParam::getInstance();
+  EXPECT_TRUE(next.isAlive());
+  EXPECT_NE(next, made);
+  EXPECT_EQ(next.getModel(), model);
+  EXPECT_EQ(TypeParam::getInstance(), next);
   EXPECT_EQ(model.impl()->numberOfElements(), 1U);
 }
 

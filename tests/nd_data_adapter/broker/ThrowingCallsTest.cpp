@@ -14,10 +14,10 @@
 #include "nd_data_adapter/model/AdapterManagerV2.h"
 #include "nd_data_adapter/model/AdapterRegistryV2.h"
 #include "nd_data_adapter/model/CPPAdapterV2Entry.h"
-#include "platform/foundation/ChangeObserver.h"
 #include "platform/foundation/meta/Meta.h"
 #include "platform/text/Convert.h"
 #include "tests/nd_data_adapter/broker/BrokerOperations.h"
+#include "tests/support/AtEachNotice.h"
 #include "tests/support/BrokerTest.h"
 #include "tests/support/ModelWatch.h"
 #include "tests/support/Thrown.h"
@@ -31,6 +31,7 @@ using broker_operations::findOperation;
 using broker_operations::Operation;
 using broker_operations::Scene;
 using lx::base::Model;
+using support::AtEachNotice;
 using support::Lines;
 using support::missingIn;
 using support::ModelWatch;
@@ -110,17 +111,15 @@ std::string joined(const Lines& lines) {
 
 /// Watches a model: what its observers were told, and whether what they saw when they were told last is what
 /// stands.
-class Audience final : private lx::base::ChangeObserver {
+class Audience {
  public:
   using Sight = std::function<Lines()>;
 
-  Audience(const Model& model, Sight sight) : watch_(model), model_(model), sight_(std::move(sight)) {
-    seen_ = sight_();
-    model_.impl()->addObserver(*this);
-  }
-  ~Audience() override { model_.impl()->removeObserver(*this); }
-  Audience(const Audience&) = delete;
-  Audience& operator=(const Audience&) = delete;
+  Audience(const Model& model, Sight sight)
+      : watch_(model),
+        sight_(std::move(sight)),
+        seen_(sight_()),
+        observer_(model, [this] { seen_ = sight_(); }) {}
 
   bool hasSeenWhatStands() const { return sight_() == seen_; }
 
@@ -131,12 +130,10 @@ class Audience final : private lx::base::ChangeObserver {
   }
 
  private:
-  void changed(const lx::base::ChangeSet&) noexcept override { seen_ = sight_(); }
-
   ModelWatch watch_;
-  Model model_;
   Sight sight_;
   Lines seen_;
+  AtEachNotice observer_;
 };
 
 /// Watches all models that operations change.
