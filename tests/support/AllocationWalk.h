@@ -167,10 +167,10 @@ bool tryWithout(std::size_t number, Extent extent, const OperationOn<World>& ope
 }
 
 /// The number of the allocation that fails after this one: each in its turn. Sanitizers make a walk take ten
-/// times as long: under them each of the first ones, of the later ones ever fewer.
+/// times as long: under them it goes on in ever longer strides.
 inline std::size_t nextInWorld(std::size_t number) {
 #ifdef ND_SANITIZED
-  return number + 1 + number / 8;
+  return number + 1 + number / 2;
 #else
   return nextNumber(number);
 #endif
