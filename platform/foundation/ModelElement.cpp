@@ -107,7 +107,11 @@ void ModelElement::Impl::setPropertyValue(const meta::Property& property, const 
 }
 
 bool ModelElement::Impl::isPropertyOfClass(const meta::Property& property) const {
-  return getMetaClass().isSubclassOf(property.getOwner());
+  if (!property) return false;
+  const meta::Class ofElement = getMetaClass();
+  const meta::Class::Impl* each = ofElement.impl();
+  while (each != nullptr && each != property.impl()->owner) each = each->superclass;
+  return each != nullptr;
 }
 
 Value ModelElement::Impl::invoke(const meta::Operation& operation, const std::vector<Value>& arguments) {
