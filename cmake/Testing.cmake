@@ -1,6 +1,7 @@
 # What is tested is optimised in full, those who test it don't have to be. So little optimised, g++ 12 takes values of
 # empty optionals for uninitialised ones.
-set(ND_TEST_OPTIMISATION $<$<CONFIG:Release>:-O1> $<$<CONFIG:Release>:-Wno-maybe-uninitialized>)
+set(ND_TEST_OPTIMISATION $<$<CONFIG:Release>:-O1>
+  $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU>>:-Wno-maybe-uninitialized>)
 
 # What every test program reads first is compiled once, by this one, and taken over by the others.
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/generated/tests/precompiled.cpp" CONTENT "int main() {}\n")

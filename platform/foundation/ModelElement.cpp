@@ -108,6 +108,8 @@ void ModelElement::Impl::setPropertyValue(const meta::Property& property, const 
 
 bool ModelElement::Impl::isPropertyOfClass(const meta::Property& property) const {
   if (!property) return false;
+  // Every reflective access asks this: a handle for each class on the way would cost more than the
+  // comparison.
   const meta::Class ofElement = getMetaClass();
   const meta::Class::Impl* each = ofElement.impl();
   while (each != nullptr && each != property.impl()->owner) each = each->superclass;

@@ -277,67 +277,60 @@ TEST_F(ClosingTheCache, GoesOnBehindAnAdapterThatClosesItsOwnSource) {
   EXPECT_EQ(calls(), (Lines{"p.close", "p.~", "q.close", "q.~"}));
 }
 
-TEST_F(ClosingTheCache, GoesOnBehindAnAdapterThatMakesItsOwnEntryAProxy) {
-  store(u"p");
-  store(u"q");
-  const CPPAdapterV2Entry entry = entryOf(u"p");
-  log->at("p.close", [&] { entry.impl()->convertToProxy(); });
-  EXPECT_EQ(support::raisedBy([&] { cache.destroy(); }), "nothing");
-  EXPECT_EQ(log->actionsLeft(), 0U);
-  EXPECT_EQ(calls(), (Lines{"p.close", "q.close", "q.~", "p.~"})) << "until then its entry may come back";
-  EXPECT_FALSE(cache.isAlive());
-  EXPECT_FALSE(entry.isAlive());
-}
-
-TEST_F(ClosingTheCache, GoesOnBehindAnAdapterThatDestroysItsOwnEntry) {
-  store(u"p");
-  store(u"q");
-  const CPPAdapterV2Entry entry = entryOf(u"p");
-  log->at("p.close", [&] { entry.destroy(); });
-  EXPECT_EQ(support::raisedBy([&] { cache.destroy(); }), "nothing");
-  EXPECT_EQ(log->actionsLeft(), 0U);
-  EXPECT_EQ(calls(), (Lines{"p.close", "q.close", "q.~", "p.~"})) << "until then its entry may come back";
-  EXPECT_FALSE(cache.isAlive());
-  EXPECT_FALSE(entry.isAlive());
-}
-
-TEST_F(ClosingTheCache, ClosesAnAdapterAgainWhoseEntryItHadDestroyedInAnEndThatWasUndone) {
-  store(u"p");
-  store(u"q");
-  const CPPAdapterV2Entry entry = entryOf(u"p");
-  log->at("p.close", [&] { entry.destroy(); });
-  {
-    const Transaction abandoned = model.impl()->beginTransaction(false);
-    cache.destroy();
-    EXPECT_FALSE(cache.isAlive());
-    EXPECT_EQ(calls(), (Lines{"p.close", "q.close", "q.~"}));
+/// An adapter that gives its own entry away while it is closed, past the cache's operations.
+class GivingAnEntryAway : public ClosingTheCache {
+ protected:
+  GivingAnEntryAway() {
+    store(u"p");
+    store(u"q");
+    entry = entryOf(u"p");
   }
-  EXPECT_TRUE(cache.isAlive());
-  EXPECT_EQ(entryOf(u"p"), entry);
-  EXPECT_EQ(stateOfBroker(), (Lines{"open p: p", "open q: null"})) << "the adapter comes with its entry";
-  EXPECT_EQ(calls(), Lines{});
-  cache.destroy();
-  EXPECT_EQ(calls(), (Lines{"p.close", "p.~"}));
+
+  void expectTheWalkToGoOn() {
+    EXPECT_EQ(support::raisedBy([&] { cache.destroy(); }), "nothing");
+    EXPECT_EQ(log->actionsLeft(), 0U);
+    EXPECT_EQ(calls(), (Lines{"p.close", "q.close", "q.~", "p.~"})) << "until then its entry may come back";
+    EXPECT_FALSE(cache.isAlive());
+    EXPECT_FALSE(entry.isAlive());
+  }
+
+  void expectToBeClosedAgainAfterAnUndoneEnd() {
+    {
+      const Transaction abandoned = model.impl()->beginTransaction(false);
+      cache.destroy();
+      EXPECT_FALSE(cache.isAlive());
+      EXPECT_EQ(calls(), (Lines{"p.close", "q.close", "q.~"}));
+    }
+    EXPECT_TRUE(cache.isAlive());
+    EXPECT_FALSE(entry.isProxy());
+    EXPECT_EQ(entryOf(u"p"), entry);
+    EXPECT_EQ(stateOfBroker(), (Lines{"open p: p", "open q: null"})) << "the adapter comes with its entry";
+    EXPECT_EQ(calls(), Lines{});
+    cache.destroy();
+    EXPECT_EQ(calls(), (Lines{"p.close", "p.~"}));
+  }
+
+  CPPAdapterV2Entry entry;
+};
+
+TEST_F(GivingAnEntryAway, AsAProxyKeepsTheAdapterUntilAllAreClosed) {
+  log->at("p.close", [&] { entry.impl()->convertToProxy(); });
+  expectTheWalkToGoOn();
 }
 
-TEST_F(ClosingTheCache, ClosesAnAdapterAgainWhoseEntryItHadMadeAProxyInAnEndThatWasUndone) {
-  store(u"p");
-  store(u"q");
-  const CPPAdapterV2Entry entry = entryOf(u"p");
+TEST_F(GivingAnEntryAway, ByDestroyingItKeepsTheAdapterUntilAllAreClosed) {
+  log->at("p.close", [&] { entry.destroy(); });
+  expectTheWalkToGoOn();
+}
+
+TEST_F(GivingAnEntryAway, AsAProxyInAnEndThatIsUndoneClosesTheAdapterAgainAtTheNext) {
   log->at("p.close", [&] { entry.impl()->convertToProxy(); });
-  {
-    const Transaction abandoned = model.impl()->beginTransaction(false);
-    cache.destroy();
-    EXPECT_FALSE(cache.isAlive());
-    EXPECT_EQ(calls(), (Lines{"p.close", "q.close", "q.~"}));
-  }
-  EXPECT_TRUE(cache.isAlive());
-  EXPECT_FALSE(entry.isProxy());
-  EXPECT_EQ(entryOf(u"p"), entry);
-  EXPECT_EQ(stateOfBroker(), (Lines{"open p: p", "open q: null"})) << "the adapter comes with its entry";
-  EXPECT_EQ(calls(), Lines{});
-  cache.destroy();
-  EXPECT_EQ(calls(), (Lines{"p.close", "p.~"}));
+  expectToBeClosedAgainAfterAnUndoneEnd();
+}
+
+TEST_F(GivingAnEntryAway, ByDestroyingItInAnEndThatIsUndoneClosesTheAdapterAgainAtTheNext) {
+  log->at("p.close", [&] { entry.destroy(); });
+  expectToBeClosedAgainAfterAnUndoneEnd();
 }
 
 TEST_F(ClosingTheCache, DoesNotCloseAgainAnAdapterThatGivesItsEntryAGreaterQualifier) {

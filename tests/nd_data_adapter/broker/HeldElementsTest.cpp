@@ -1,7 +1,6 @@
-// An operation holds the element that it works on: whom it lets act may destroy the element and let go of the
-// handle through which it was called.
+// Operations whose observers destroy the element that they work on, and let go of the handle through which
+// they were called.
 
-#include <functional>
 #include <utility>
 
 #include "nd_data_adapter/model/AdapterError.h"
@@ -30,81 +29,10 @@ void endThrough(Handle& handle) {
   if (last) last.destroy();
 }
 
-/// An element that lets its caller act in the midst of an operation, and notes when it ends.
-template <class Base>
-class LetGo : public Base {
- public:
-  LetGo(const Model& model, Lines& lines) : Base(model, {}), lines_(&lines) {}
-  ~LetGo() override { lines_->push_back("ends"); }
-
-  std::function<void()> whenCalled;
-
- protected:
-  /// Lets the caller act, and then notes that the operation goes on. Nothing of the element is used behind
-  /// the act, so that one that has ended by then is seen in the order of the notes.
-  void run() {
-    Lines& lines = *lines_;
-    const std::function<void()> act = std::exchange(whenCalled, nullptr);
-    act();
-    lines.push_back("goes on");
-  }
-
- private:
-  Lines* lines_;
-};
-
-class ErrorLetGo final : public LetGo<AdapterError::Impl> {
- public:
-  using LetGo::LetGo;
-  AdapterDiagnostic getId() override {
-    run();
-    return AdapterDiagnostic::HardError;
-  }
-};
-
-class ContainerLetGo final : public LetGo<DataContainer::Impl> {
- public:
-  using LetGo::LetGo;
-  void destroyContainer() override { run(); }
-};
-
 class HeldElement : public support::BrokerTest {
  protected:
-  /// Makes an element and a handle to it, which is the last when the element lets go.
-  template <class Handle, class Element>
-  Handle make() {
-    auto* const impl = new Element(model, lines);
-    const Handle handle(impl);
-    impl->notifyCreated();
-    return handle;
-  }
-
   const Model model = Model::create();
-  Lines lines;
 };
-
-const Lines wentOnAndEnded{"goes on", "ends"};
-
-TEST_F(HeldElement, EndsBehindAnOperationThatIsCalledThroughItsLastHandle) {
-  auto error = make<AdapterError, ErrorLetGo>();
-  static_cast<ErrorLetGo*>(error.impl())->whenCalled = [&] { endThrough(error); };
-  EXPECT_EQ(error.getId(), AdapterDiagnostic::HardError);
-  EXPECT_EQ(lines, wentOnAndEnded);
-}
-
-TEST_F(HeldElement, EndsBehindAnOperationWithoutResult) {
-  auto container = make<DataContainer, ContainerLetGo>();
-  static_cast<ContainerLetGo*>(container.impl())->whenCalled = [&] { endThrough(container); };
-  container.destroyContainer();
-  EXPECT_EQ(lines, wentOnAndEnded);
-}
-
-TEST_F(HeldElement, EndsBehindAnOperationThatIsCalledByReflection) {
-  auto error = make<AdapterError, ErrorLetGo>();
-  static_cast<ErrorLetGo*>(error.impl())->whenCalled = [&] { endThrough(error); };
-  EXPECT_EQ(error.invoke(u"getId", {}), Value(AdapterDiagnostic::HardError));
-  EXPECT_EQ(lines, wentOnAndEnded);
-}
 
 TEST_F(HeldElement, RaisesWhenAnObserverDestroysTheErrorThatIsBeingSet) {
   AdapterError error = AdapterError::create(model);

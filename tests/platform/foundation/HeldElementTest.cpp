@@ -4,9 +4,9 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/foundation/messages.h"
@@ -33,6 +33,7 @@ class LettingGo final : public Square::Impl {
     runMidway();
     return 9;
   }
+  void scale(std::int32_t) override { runMidway(); }
   Shape twin(const Model& other) override {
     runMidway();
     return Square::create(other);
@@ -73,6 +74,11 @@ class HeldElement : public testing::Test {
 
 TEST_F(HeldElement, OutlivesAnOperation) {
   EXPECT_EQ(square.area(), 9);
+  EXPECT_EQ(lines, wentOnAndEnded);
+}
+
+TEST_F(HeldElement, OutlivesAnOperationWithoutResult) {
+  square.scale(2);
   EXPECT_EQ(lines, wentOnAndEnded);
 }
 

@@ -280,6 +280,15 @@ TEST_F(Operations, ListDerivedPropertiesFirstAndWithoutIndex) {
   EXPECT_TRUE(Shape::metaClass().property(u"label").traits().isDerived);
 }
 
+TEST_F(Operations, AskAnElementWhetherAPropertyIsOfItsClass) {
+  const Property colour = Square::metaClass().property(u"colour");
+  EXPECT_TRUE(square.impl()->isPropertyOfClass(colour));
+  EXPECT_TRUE(cube.impl()->isPropertyOfClass(colour)) << "of its superclass";
+  EXPECT_TRUE(cube.impl()->isPropertyOfClass(Cube::metaClass().property(u"side"))) << "of one further up";
+  EXPECT_FALSE(cube.impl()->isPropertyOfClass(probe::Containers::metaClass().property(u"any")));
+  EXPECT_FALSE(cube.impl()->isPropertyOfClass(Property()));
+}
+
 TEST_F(Operations, FindElementsByDerivedProperties) {
   Shape::Constrainables wanted(model);
   wanted.label.equals(u"Cube 24");
